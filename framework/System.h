@@ -1,0 +1,40 @@
+// What the library asks of the operating system, behind one portable face: the
+// workstation's identity, system error texts, the library's module name, file tests
+// and removal under the C run-time's names, and exclusive creation of small files.
+#pragma once
+
+#include "CString.h"
+#include "Types.h"
+
+#ifndef _WIN32
+// Computer and user names with the Windows calling convention: *pnSize holds the
+// buffer's size in characters on entry and the text's length on success.
+BOOL GetComputerNameW(LPWSTR lpBuffer, LPDWORD pnSize);
+BOOL GetUserNameW(LPWSTR lpBuffer, LPDWORD pnSize);
+// The calling thread's last system error (errno on POSIX).
+DWORD GetLastError();
+void SetLastError(DWORD dwErrCode);
+
+int _waccess(LPCWSTR path, int mode);  // 0 when the file exists (mode 0) or allows mode
+int _wunlink(LPCWSTR path);            // 0 on success, -1 with errno set
+int _wtoi(LPCWSTR psz);
+#endif
+
+// The system's message text for an error number of GetLastError().
+CString AfxGetSystemErrorText(DWORD dwError);
+// The C run-time's text for an errno value (strerror).
+CString AfxGetRuntimeErrorText(int nErrno);
+// The current errno value (so that callers need not include the run-time's headers).
+int AfxGetErrno();
+void AfxSetErrno(int nErrno);
+// Full path of the module (shared library or program) that holds the library.
+CString AfxGetLibraryModuleName();
+
+// Creates lpszPath holding exactly nCount bytes, only if no file of that name exists:
+// the bytes are written under a temporary name first and then linked into place, so
+// another process sees either no file or the whole record. Returns 0 on success,
+// EEXIST when the file already exists, another errno value on failure.
+int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount);
+
+// The platform's path separator ('\\' on Windows, '/' elsewhere).
+TCHAR AfxPathSeparator();

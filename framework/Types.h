@@ -1,0 +1,62 @@
+// Basic types of the application framework, so that the library's sources read
+// the same on Windows (where they come from the system headers) and elsewhere.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#include <tchar.h>
+#else
+
+typedef int BOOL;
+typedef unsigned char BYTE;
+typedef unsigned short WORD;
+typedef std::uint32_t DWORD;
+typedef std::int32_t LONG;
+typedef std::uint32_t ULONG;
+typedef std::int64_t LONGLONG;
+typedef std::uint64_t ULONGLONG;
+typedef unsigned int UINT;
+typedef std::uintptr_t UINT_PTR;
+typedef std::intptr_t INT_PTR;
+typedef unsigned int* PUINT;
+typedef DWORD* LPDWORD;
+typedef wchar_t WCHAR;
+typedef wchar_t TCHAR;
+typedef char CHAR;
+typedef wchar_t* LPWSTR;
+typedef const wchar_t* LPCWSTR;
+typedef wchar_t* LPTSTR;
+typedef const wchar_t* LPCTSTR;
+typedef char* LPSTR;
+typedef const char* LPCSTR;
+typedef void* LPVOID;
+typedef const void* LPCVOID;
+typedef std::uint32_t COLORREF;
+
+#ifndef TRUE
+#define TRUE 1
+#endif
+#ifndef FALSE
+#define FALSE 0
+#endif
+
+#define _T(x) L##x
+#define _TEXT(x) L##x
+
+#define RGB(r, g, b) \
+    ((COLORREF)(((BYTE)(r) | ((WORD)((BYTE)(g)) << 8)) | (((DWORD)(BYTE)(b)) << 16)))
+#define GetRValue(c) ((BYTE)(c))
+#define GetGValue(c) ((BYTE)(((WORD)(c)) >> 8))
+#define GetBValue(c) ((BYTE)((c) >> 16))
+
+#endif // _WIN32
+
+// An opaque list position, as the framework's lists hand out.
+struct __POSITION {};
+typedef __POSITION* POSITION;

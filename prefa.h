@@ -1,0 +1,22 @@
+// prefa: the shared engineering library of the precast concrete suite.
+// One include for every public header of the core.
+#pragma once
+
+#define PREFA_VERSION_MAJOR 0
+#define PREFA_VERSION_MINOR 1
+#define PREFA_VERSION_PATCH 0
+#define PREFA_VERSION_STRING "0.1.0"
+
+#include "framework/Framework.h"
+
+#include "project/Environnement.h"
+#include "project/FichiersEtudes.h"
+#include "project/MessErreur.h"
+
+// geometry
+
+// section
+
+// thermal
+
+// project records
