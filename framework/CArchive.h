@@ -11,6 +11,7 @@
 #include "CFile.h"
 #include "CString.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -56,14 +57,15 @@ public:
     CArchive& operator<<(double d) { return Put(d); }
     CArchive& operator<<(LONGLONG ll) { return Put(ll); }
     CArchive& operator<<(ULONGLONG ull) { return Put(ull); }
+#ifdef _WIN32
+    // LONG is long there, a type of its own; elsewhere it is int itself.
     CArchive& operator<<(int i) { return Put((LONG)i); }
+    CArchive& operator<<(unsigned u) { return Put((DWORD)u); }
+#endif
     CArchive& operator<<(short w) { return Put(w); }
     CArchive& operator<<(char ch) { return Put(ch); }
     CArchive& operator<<(signed char ch) { return Put(ch); }
     CArchive& operator<<(bool b) { return Put((BYTE)(b ? 1 : 0)); }
-#ifndef _WIN32
-    CArchive& operator<<(unsigned u) { return Put((DWORD)u); }
-#endif
     CArchive& operator<<(const CString& s);
     CArchive& operator<<(const CStringA& s);
 
@@ -75,6 +77,7 @@ public:
     CArchive& operator>>(double& d) { return Get(d); }
     CArchive& operator>>(LONGLONG& ll) { return Get(ll); }
     CArchive& operator>>(ULONGLONG& ull) { return Get(ull); }
+#ifdef _WIN32
     CArchive& operator>>(int& i)
     {
         LONG l;
@@ -82,6 +85,14 @@ public:
         i = (int)l;
         return *this;
     }
+    CArchive& operator>>(unsigned& u)
+    {
+        DWORD dw;
+        Get(dw);
+        u = dw;
+        return *this;
+    }
+#endif
     CArchive& operator>>(short& w) { return Get(w); }
     CArchive& operator>>(char& ch) { return Get(ch); }
     CArchive& operator>>(signed char& ch) { return Get(ch); }
@@ -92,15 +103,6 @@ public:
         b = by != 0;
         return *this;
     }
-#ifndef _WIN32
-    CArchive& operator>>(unsigned& u)
-    {
-        DWORD dw;
-        Get(dw);
-        u = dw;
-        return *this;
-    }
-#endif
     CArchive& operator>>(CString& s);
     CArchive& operator>>(CStringA& s);
 

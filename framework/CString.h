@@ -15,7 +15,7 @@
 #include <fmt/printf.h>
 #include <fmt/xchar.h>
 
-void AfxThrowInvalidArgException();
+[[noreturn]] void AfxThrowInvalidArgException();
 // The application's string table (see MessageBox.h).
 std::wstring AfxLoadStringResource(UINT nID, bool* pFound);
 

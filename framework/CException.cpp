@@ -1,0 +1,119 @@
+#include "CException.h"
+
+#include "CFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cwchar>
+#include <new>
+
+IMPLEMENT_DYNAMIC(CException, CObject)
+IMPLEMENT_DYNAMIC(CSimpleException, CException)
+IMPLEMENT_DYNAMIC(CMemoryException, CSimpleException)
+IMPLEMENT_DYNAMIC(CInvalidArgException, CSimpleException)
+IMPLEMENT_DYNAMIC(CArchiveException, CException)
+IMPLEMENT_DYNAMIC(CFileException, CException)
+
+BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext) const
+{
+    if (pnHelpContext)
+        *pnHelpContext = 0;
+    CString text = GetMessageText();
+    if (lpszError && nMaxError > 0)
+    {
+        std::size_t n = std::min<std::size_t>((std::size_t)text.GetLength(), nMaxError - 1);
+        std::wmemcpy(lpszError, text.GetString(), n);
+        lpszError[n] = L'\0';
+    }
+    return text.IsEmpty() ? FALSE : TRUE;
+}
+
+CString CException::GetMessageText() const
+{
+    return CString();
+}
+
+CString CMemoryException::GetMessageText() const
+{
+    return CString(L"Out of memory.");
+}
+
+CString CInvalidArgException::GetMessageText() const
+{
+    return CString(L"Encountered an improper argument.");
+}
+
+CArchiveException::CArchiveException(int cause, LPCTSTR lpszArchiveName)
+    : m_cause(cause), m_strFileName(lpszArchiveName)
+{
+}
+
+CString CArchiveException::GetMessageText() const
+{
+    static const wchar_t* const texts[] = {
+        L"No error occurred.",
+        L"An unexpected error occurred while reading %s.",
+        L"Tried to write to %s, which is open for loading.",
+        L"An attempt was made to access %s past its end.",
+        L"Tried to read from %s, which is open for storing.",
+        L"%s has a bad format.",
+        L"%s contains an unexpected object.",
+        L"%s contains an incorrect schema.",
+    };
+    int i = (m_cause >= 0 && m_cause <= badSchema) ? m_cause : genericException;
+    CString name = m_strFileName.IsEmpty() ? CString(L"an unnamed file") : m_strFileName;
+    CString text;
+    text.Format(texts[i], name);
+    return text;
+}
+
+CFileException::CFileException(int cause, LONG lOsError, LPCTSTR lpszArchiveName)
+    : m_cause(cause), m_lOsError(lOsError), m_strFileName(lpszArchiveName)
+{
+}
+
+CString CFileException::GetMessageText() const
+{
+    static const wchar_t* const texts[] = {
+        L"No error occurred.",
+        L"An unknown error occurred while accessing %s.",
+        L"%s was not found.",
+        L"%s contains an invalid path.",
+        L"%s could not be opened because there are too many open files.",
+        L"Access to %s was denied.",
+        L"An invalid file handle was associated with %s.",
+        L"%s could not be removed because it is the current directory.",
+        L"%s could not be created because the directory is full.",
+        L"Seek failed on %s.",
+        L"A hardware I/O error was reported while accessing %s.",
+        L"A sharing violation occurred while accessing %s.",
+        L"A locking violation occurred while accessing %s.",
+        L"Disk full while accessing %s.",
+        L"An attempt was made to access %s past its end.",
+    };
+    int i = (m_cause >= 0 && m_cause <= endOfFile) ? m_cause : genericException;
+    CString name = m_strFileName.IsEmpty() ? CString(L"an unnamed file") : m_strFileName;
+    CString text;
+    text.Format(texts[i], name);
+    return text;
+}
+
+void AfxThrowInvalidArgException()
+{
+    throw new CInvalidArgException();
+}
+
+void AfxThrowMemoryException()
+{
+    throw new CMemoryException();
+}
+
+void AfxThrowArchiveException(int cause, LPCTSTR lpszArchiveName)
+{
+    throw new CArchiveException(cause, lpszArchiveName);
+}
+
+void AfxThrowFileException(int cause, LONG lOsError, LPCTSTR lpszFileName)
+{
+    throw new CFileException(cause, lOsError, lpszFileName);
+}

@@ -1,0 +1,196 @@
+#include "CodePage.h"
+
+#include <cstdint>
+
+namespace
+{
+// Windows-1252 bytes 0x80 to 0x9F. Zero marks the five bytes the code page leaves
+// undefined; Windows decodes them to the code point of the same value.
+const char16_t kHigh1252[32] = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+    0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
+};
+
+wchar_t DecodeByte(unsigned char b)
+{
+    if (b >= 0x80 && b <= 0x9F && kHigh1252[b - 0x80] != 0)
+        return (wchar_t)kHigh1252[b - 0x80];
+    return (wchar_t)b;
+}
+
+char EncodeChar(wchar_t c)
+{
+    std::uint32_t u = (std::uint32_t)c;
+    if (u < 0x80 || (u >= 0xA0 && u <= 0xFF))
+        return (char)u;
+    for (int i = 0; i < 32; ++i)
+    {
+        char16_t m = kHigh1252[i];
+        if ((m != 0 && m == u) || (m == 0 && u == 0x80u + (std::uint32_t)i))
+            return (char)(0x80 + i);
+    }
+    return '?';
+}
+} // namespace
+
+std::wstring AfxAnsiToWide(const char* psz, std::size_t nLength)
+{
+    std::wstring out;
+    out.reserve(nLength);
+    for (std::size_t i = 0; i < nLength; ++i)
+        out.push_back(DecodeByte((unsigned char)psz[i]));
+    return out;
+}
+
+std::wstring AfxAnsiToWide(const std::string& s)
+{
+    return AfxAnsiToWide(s.data(), s.size());
+}
+
+std::string AfxWideToAnsi(const wchar_t* psz, std::size_t nLength)
+{
+    std::string out;
+    out.reserve(nLength);
+    for (std::size_t i = 0; i < nLength; ++i)
+    {
+        std::uint32_t u = (std::uint32_t)psz[i];
+        // A surrogate pair (from a 16-bit wchar_t) is one character: one '?'.
+        if (sizeof(wchar_t) == 2 && u >= 0xD800 && u <= 0xDBFF && i + 1 < nLength &&
+            (std::uint32_t)psz[i + 1] >= 0xDC00 && (std::uint32_t)psz[i + 1] <= 0xDFFF)
+            ++i;
+        out.push_back(EncodeChar(psz[i]));
+    }
+    return out;
+}
+
+std::string AfxWideToAnsi(const std::wstring& s)
+{
+    return AfxWideToAnsi(s.data(), s.size());
+}
+
+std::u16string AfxWideToUtf16(const std::wstring& s)
+{
+    if (sizeof(wchar_t) == 2)
+        return std::u16string(s.begin(), s.end());
+    std::u16string out;
+    out.reserve(s.size());
+    for (wchar_t c : s)
+    {
+        std::uint32_t u = (std::uint32_t)c;
+        if (u >= 0x10000 && u <= 0x10FFFF)
+        {
+            u -= 0x10000;
+            out.push_back((char16_t)(0xD800 + (u >> 10)));
+            out.push_back((char16_t)(0xDC00 + (u & 0x3FF)));
+        }
+        else if (u > 0x10FFFF)
+            out.push_back(u'\xFFFD');
+        else
+            out.push_back((char16_t)u);
+    }
+    return out;
+}
+
+std::wstring AfxUtf16ToWide(const char16_t* p, std::size_t nUnits)
+{
+    if (sizeof(wchar_t) == 2)
+        return std::wstring(p, p + nUnits);
+    std::wstring out;
+    out.reserve(nUnits);
+    for (std::size_t i = 0; i < nUnits; ++i)
+    {
+        std::uint32_t u = p[i];
+        if (u >= 0xD800 && u <= 0xDBFF && i + 1 < nUnits && p[i + 1] >= 0xDC00 && p[i + 1] <= 0xDFFF)
+        {
+            u = 0x10000 + ((u - 0xD800) << 10) + (std::uint32_t)(p[i + 1] - 0xDC00);
+            ++i;
+        }
+        // A lone surrogate is kept as it is, so that a text read and written again
+        // gives back the same bytes.
+        out.push_back((wchar_t)u);
+    }
+    return out;
+}
+
+std::string AfxWideToUtf8(const std::wstring& s)
+{
+    std::string out;
+    out.reserve(s.size());
+    std::u16string u16 = AfxWideToUtf16(s);
+    std::wstring full = AfxUtf16ToWide(u16.data(), u16.size());
+    for (wchar_t wc : full)
+    {
+        std::uint32_t c = (std::uint32_t)wc;
+        if (c >= 0xD800 && c <= 0xDFFF)
+            c = 0xFFFD;
+        if (c < 0x80)
+            out.push_back((char)c);
+        else if (c < 0x800)
+        {
+            out.push_back((char)(0xC0 | (c >> 6)));
+            out.push_back((char)(0x80 | (c & 0x3F)));
+        }
+        else if (c < 0x10000)
+        {
+            out.push_back((char)(0xE0 | (c >> 12)));
+            out.push_back((char)(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back((char)(0x80 | (c & 0x3F)));
+        }
+        else
+        {
+            out.push_back((char)(0xF0 | (c >> 18)));
+            out.push_back((char)(0x80 | ((c >> 12) & 0x3F)));
+            out.push_back((char)(0x80 | ((c >> 6) & 0x3F)));
+            out.push_back((char)(0x80 | (c & 0x3F)));
+        }
+    }
+    return out;
+}
+
+std::wstring AfxUtf8ToWide(const std::string& s)
+{
+    std::u16string u16;
+    u16.reserve(s.size());
+    std::size_t i = 0;
+    while (i < s.size())
+    {
+        unsigned char b = (unsigned char)s[i];
+        std::uint32_t c;
+        int extra;
+        if (b < 0x80) { c = b; extra = 0; }
+        else if ((b & 0xE0) == 0xC0) { c = b & 0x1F; extra = 1; }
+        else if ((b & 0xF0) == 0xE0) { c = b & 0x0F; extra = 2; }
+        else if ((b & 0xF8) == 0xF0) { c = b & 0x07; extra = 3; }
+        else { u16.push_back(u'\xFFFD'); ++i; continue; }
+        bool ok = true;
+        for (int k = 1; k <= extra; ++k)
+        {
+            if (i + (std::size_t)k >= s.size() || (((unsigned char)s[i + k]) & 0xC0) != 0x80)
+            {
+                ok = false;
+                break;
+            }
+            c = (c << 6) | (((unsigned char)s[i + k]) & 0x3F);
+        }
+        if (!ok)
+        {
+            u16.push_back(u'\xFFFD');
+            ++i;
+            continue;
+        }
+        i += (std::size_t)extra + 1;
+        if (c > 0x10FFFF)
+            c = 0xFFFD;
+        if (c >= 0x10000)
+        {
+            c -= 0x10000;
+            u16.push_back((char16_t)(0xD800 + (c >> 10)));
+            u16.push_back((char16_t)(0xDC00 + (c & 0x3FF)));
+        }
+        else
+            u16.push_back((char16_t)c);
+    }
+    return AfxUtf16ToWide(u16.data(), u16.size());
+}
