@@ -14,6 +14,11 @@
 #include "project/MessErreur.h"
 
 // geometry
+#include "geometry/CPointD.h"
+#include "geometry/CVecteur.h"
+#include "geometry/CRepere.h"
+#include "geometry/ContenantsEtrangers.h"
+#include "geometry/Routines.h"
 
 // section
 
