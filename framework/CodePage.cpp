@@ -164,20 +164,18 @@ std::wstring AfxUtf8ToWide(const std::string& s)
         else if ((b & 0xF0) == 0xE0) { c = b & 0x0F; extra = 2; }
         else if ((b & 0xF8) == 0xF0) { c = b & 0x07; extra = 3; }
         else { u16.push_back(u'\xFFFD'); ++i; continue; }
-        bool ok = true;
-        for (int k = 1; k <= extra; ++k)
+        int k = 1;
+        for (; k <= extra; ++k)
         {
             if (i + (std::size_t)k >= s.size() || (((unsigned char)s[i + k]) & 0xC0) != 0x80)
-            {
-                ok = false;
                 break;
-            }
             c = (c << 6) | (((unsigned char)s[i + k]) & 0x3F);
         }
-        if (!ok)
+        if (k <= extra)
         {
+            // A cut or broken sequence is one replacement character.
             u16.push_back(u'\xFFFD');
-            ++i;
+            i += (std::size_t)k;
             continue;
         }
         i += (std::size_t)extra + 1;

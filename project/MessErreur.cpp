@@ -47,7 +47,7 @@ CString MessErreurTexteCause(const CFileException* pCause)
     if (pCause == nullptr)
         return MessErreurTexteCause(0);
     wchar_t message[256];
-    pCause->GetErrorMessage(message, 255);
+    pCause->GetErrorMessage(message, 256); // at most 255 characters and the terminator
     CString texte;
     texte.Format(L"%d - %s", (int)pCause->m_lOsError, message);
     return texte;
