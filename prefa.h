@@ -14,6 +14,8 @@
 #include "project/MessErreur.h"
 
 // geometry
+#include "geometry/CPolygone.h"
+#include "geometry/CListePolygone.h"
 #include "geometry/CPointD.h"
 #include "geometry/CVecteur.h"
 #include "geometry/CRepere.h"
@@ -21,6 +23,7 @@
 #include "geometry/Routines.h"
 
 // section
+#include "section/CSectionGenerale.h"
 
 // thermal
 
