@@ -1,0 +1,46 @@
+// Pieces shared by the geometry sources but not part of the library's interface.
+#pragma once
+
+#include "geometry/Routines.h"
+
+#include <cmath>
+
+namespace prefa_geometrie
+{
+
+constexpr double PI = 3.141592653589793;
+
+// Polar angle of (dx, dy) in radians, in [0, 2 pi), with the library's 1e-10 rules
+// for the axes and for angles next to 2 pi.
+double AnglePolaireRad(double dx, double dy);
+
+// Newton iteration on the unknown pair (a, b): system(a, b, f, j) fills the two
+// residuals f and the Jacobian j (row by row); each step solves the linearised system
+// padded to 3x3 with a unit third row and column. At most 100 steps, stopping once
+// abs(da) + abs(db) <= 1e-15; without convergence the last iterate stands (it is
+// then within rounding of the root). Returns 0, or -1 when a step was singular.
+template <class Systeme>
+int NewtonPlan(double& a, double& b, Systeme system)
+{
+    for (int it = 0; it < 100; ++it)
+    {
+        double f[2];
+        double j[4];
+        system(a, b, f, j);
+        const double m[9] = {j[0], j[1], 0.0, j[2], j[3], 0.0, 0.0, 0.0, 1.0};
+        const double r[3] = {-f[0], -f[1], 0.0};
+        double d[3];
+        if (Resous_Systeme(m, r, d) != 0)
+            return -1;
+        a += d[0];
+        b += d[1];
+        if (std::fabs(d[0]) + std::fabs(d[1]) <= 1e-15)
+            break;
+    }
+    return 0;
+}
+
+// Components below 1e-9 in absolute value become exactly 0.
+inline double Accroche(double v) { return std::fabs(v) < 1e-9 ? 0.0 : v; }
+
+} // namespace prefa_geometrie
