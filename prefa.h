@@ -28,3 +28,8 @@
 // thermal
 
 // project records
+#include "project/CAffaire.h"
+#include "project/CInfoModifications.h"
+#include "project/CInfoPlan.h"
+#include "project/CConfigBRAXEL.h"
+#include "project/Verrous.h"
