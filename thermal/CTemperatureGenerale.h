@@ -103,7 +103,10 @@ public:
     // DTU method: rises above ambient under the standard fire, with the two insulation
     // criteria times (minutes, 1300.0 when not reached) in m_dTravailA[0] and [1].
     void CalculTemperatureDTU();
-    // Steps of the DTU method on the grids themselves (0-based node indices).
+    // Steps of the DTU method on the grids themselves (0-based node indices): the
+    // interior sweep; the face updates from a and b (m_dTravailB[6], [7]), Calcul141
+    // choosing the unexposed one when P (m_dTravailB[1]) + 2 <= 0; and the additions of
+    // a node of m_T2 to the exposed-side (455) or unexposed-side (440) sums.
     void Init56();
     void Calcul141(int i, int j);
     void Calcul145(int i, int j);
