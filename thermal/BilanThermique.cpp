@@ -1,0 +1,462 @@
+#include "thermal/BilanThermique.h"
+
+#include "framework/CException.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <thread>
+
+namespace
+{
+std::atomic<int> g_nThreads{0};
+
+// Below this many cells a step is too short for threads to pay off.
+constexpr std::size_t kCellulesParallele = 40000;
+
+// Latent heat of the water of a cubic metre, kcal.
+constexpr double kChaleurLatenteEau = 538800.0;
+
+// All threads of a run meet here between the two phases of a step. Spins briefly, then
+// yields, so that a loaded machine is not starved.
+class Barriere
+{
+public:
+    explicit Barriere(int n) : m_n(n) {}
+    void Attendre()
+    {
+        if (m_n == 1)
+            return;
+        const unsigned g = m_generation.load(std::memory_order_acquire);
+        if (m_compte.fetch_add(1, std::memory_order_acq_rel) == m_n - 1)
+        {
+            m_compte.store(0, std::memory_order_relaxed);
+            m_generation.fetch_add(1, std::memory_order_release);
+            return;
+        }
+        for (int spins = 0; m_generation.load(std::memory_order_acquire) == g; ++spins)
+            if (spins > 2000)
+                std::this_thread::yield();
+    }
+
+private:
+    const int m_n;
+    std::atomic<int> m_compte{0};
+    std::atomic<unsigned> m_generation{0};
+};
+
+bool EstMateriau(std::int8_t n) { return n == BilanThermique::kMateriau; }
+} // namespace
+
+void DefinirNombreThreadsThermique(int nThreads) { g_nThreads.store(std::max(0, nThreads)); }
+int NombreThreadsThermique() { return g_nThreads.load(); }
+
+double LoisThermiques::PasMaximal() const { return std::numeric_limits<double>::infinity(); }
+
+// State shared by the threads of one run.
+struct BilanThermique::Partage
+{
+    explicit Partage(int n) : barriere(n), limites(n, 0.0) {}
+    Barriere barriere;
+    const LoisThermiques* lois = nullptr;
+    const std::function<bool(double)>* progression = nullptr;
+    double duree = 0.0;
+    double dt0 = 0.0;
+    std::vector<double> limites; // per band: smallest stability limit below dt, or +inf
+    bool arret = false;          // written by band 0 only, before a barrier
+    int tampon = 0;              // buffer holding the final field
+    StatistiquesBilan stats;
+    ResultatsFaces faces;
+};
+
+BilanThermique::BilanThermique(int nLignes, int nColonnes, const double* masque, double delta)
+    : m_nl(std::max(0, nLignes)), m_nc(std::max(0, nColonnes)), m_delta(delta)
+{
+    const std::size_t n = (std::size_t)m_nl * (std::size_t)m_nc;
+    m_nature.assign(n, kAir);
+    m_materiau.assign(n, -1);
+    m_humidite.assign(n, -1);
+    for (std::size_t i = 0; i < n; ++i)
+    {
+        const double v = masque[i];
+        if (v == -1.0)
+            m_nature[i] = kFeu;
+        else if (v == -2.0)
+            m_nature[i] = kNonExpose;
+        else if (v > 0.0)
+        {
+            // Codes are small (11, 12, 21 ...); anything beyond is refused below.
+            const double dizaines = std::trunc(v / 10.0);
+            const double unites = v - 10.0 * dizaines;
+            if (dizaines > 30000.0)
+                AfxThrowInvalidArgException();
+            m_nature[i] = kMateriau;
+            m_materiau[i] = (std::int16_t)(unites - 1.0);
+            m_humidite[i] = (std::int16_t)(dizaines - 1.0);
+        }
+        // 0.0 and the cavity mark -3.0 (and any other code) are air cells.
+    }
+    m_T.assign(n, 0.0);
+    m_Tn.assign(n, 0.0);
+    m_r.assign(n, 0.0);
+    m_cap.assign(n, 0.0);
+    m_stock.assign(n, 0.0);
+    m_src.assign(n, 0.0);
+}
+
+// Checks the material and moisture indices against the laws' tables and builds the
+// run lists the time loop walks.
+void BilanThermique::Preparer(const LoisThermiques& lois)
+{
+    const std::size_t nMat = lois.seuilEvaporation.size();
+    const std::size_t nHum = lois.teneurEau.size();
+    const double dxdy = m_delta * m_delta;
+    m_segments.clear();
+    m_rapides.clear();
+    m_speciaux.clear();
+    m_facesListe.clear();
+    for (int l = 0; l < m_nl; ++l)
+    {
+        const std::int32_t base = l * m_nc;
+        for (int c = 0; c < m_nc; ++c)
+        {
+            const std::int32_t i = base + c;
+            const std::int8_t nat = m_nature[i];
+            m_r[i] = 0.0;
+            m_src[i] = 0.0;
+            m_cap[i] = 0.0;
+            if (nat == kFeu || nat == kNonExpose)
+                continue;
+            bool rapide = false;
+            if (nat == kMateriau)
+            {
+                const int m = m_materiau[i], h = m_humidite[i];
+                if (m < 0 || (std::size_t)m >= nMat || h < 0 || (std::size_t)h >= nHum)
+                    AfxThrowInvalidArgException();
+                const double src = m < (int)lois.source.size() ? lois.source[m] : 0.0;
+                m_src[i] = src;
+                if (!m_segments.empty() && m_segments.back().fin == i && m_segments.back().materiau == m)
+                    ++m_segments.back().fin;
+                else
+                    m_segments.push_back({i, i + 1, m});
+                rapide = l > 0 && l < m_nl - 1 && c > 0 && c < m_nc - 1 && src == 0.0 &&
+                         !(lois.seuilEvaporation[m] < 100.0) && EstMateriau(m_nature[i - 1]) &&
+                         EstMateriau(m_nature[i + 1]) && EstMateriau(m_nature[i - m_nc]) &&
+                         EstMateriau(m_nature[i + m_nc]);
+            }
+            else
+                m_cap[i] = lois.capaciteAir * dxdy;
+            if (rapide)
+            {
+                if (!m_rapides.empty() && m_rapides.back().fin == i)
+                    ++m_rapides.back().fin;
+                else
+                    m_rapides.push_back({i, i + 1, 0});
+            }
+            else
+                m_speciaux.push_back(i);
+            // Faces towards the outside air, in the same fixed order as the exchanges.
+            const std::int32_t voisins[4] = {c > 0 ? i - 1 : -1, c < m_nc - 1 ? i + 1 : -1,
+                                             l > 0 ? i - m_nc : -1, l < m_nl - 1 ? i + m_nc : -1};
+            for (std::int32_t v : voisins)
+                if (v >= 0 && (m_nature[v] == kFeu || m_nature[v] == kNonExpose))
+                    m_facesListe.push_back({i, m_nature[v]});
+        }
+    }
+    m_tFace.assign(m_facesListe.size(), 0.0);
+}
+
+void BilanThermique::Bandes(int nThreads)
+{
+    m_bandes.clear();
+    for (int b = 0; b < nThreads; ++b)
+    {
+        Bande B;
+        B.l0 = (int)((long long)m_nl * b / nThreads);
+        B.l1 = (int)((long long)m_nl * (b + 1) / nThreads);
+        const std::int32_t i0 = B.l0 * m_nc, i1 = B.l1 * m_nc;
+        auto parSegment = [&](const std::vector<Segment>& v, std::size_t& a, std::size_t& z) {
+            auto cle = [](const Segment& s, std::int32_t i) { return s.debut < i; };
+            a = std::lower_bound(v.begin(), v.end(), i0, cle) - v.begin();
+            z = std::lower_bound(v.begin(), v.end(), i1, cle) - v.begin();
+        };
+        parSegment(m_segments, B.seg0, B.seg1);
+        parSegment(m_rapides, B.rap0, B.rap1);
+        B.spe0 = std::lower_bound(m_speciaux.begin(), m_speciaux.end(), i0) - m_speciaux.begin();
+        B.spe1 = std::lower_bound(m_speciaux.begin(), m_speciaux.end(), i1) - m_speciaux.begin();
+        auto cleFace = [](const Face& f, std::int32_t i) { return f.cellule < i; };
+        B.face0 = std::lower_bound(m_facesListe.begin(), m_facesListe.end(), i0, cleFace) - m_facesListe.begin();
+        B.face1 = std::lower_bound(m_facesListe.begin(), m_facesListe.end(), i1, cleFace) - m_facesListe.begin();
+        m_bandes.push_back(B);
+    }
+}
+
+StatistiquesBilan BilanThermique::Calculer(const LoisThermiques& lois, double duree, double dt,
+                                           const std::function<bool(double)>& progression)
+{
+    Preparer(lois);
+    const std::size_t n = m_T.size();
+    int nThreads = NombreThreadsThermique();
+    if (nThreads == 0)
+        nThreads = n >= kCellulesParallele ? (int)std::max(1u, std::thread::hardware_concurrency()) : 1;
+    nThreads = std::max(1, std::min(nThreads, m_nl));
+    Bandes(nThreads);
+
+    Partage p(nThreads);
+    p.lois = &lois;
+    p.progression = progression ? &progression : nullptr;
+    p.duree = duree;
+    p.dt0 = dt;
+    std::vector<std::thread> threads;
+    threads.reserve(nThreads - 1);
+    for (int b = 1; b < nThreads; ++b)
+        threads.emplace_back([this, b, &p] { Travailler(b, p); });
+    Travailler(0, p);
+    for (std::thread& t : threads)
+        t.join();
+    if (p.tampon == 1)
+        m_T.swap(m_Tn);
+    m_faces = p.faces;
+    p.stats.threads = nThreads;
+    return p.stats;
+}
+
+// One band's share of the whole run, in step with the other bands.
+void BilanThermique::Travailler(int bande, Partage& p)
+{
+    const LoisThermiques& lois = *p.lois;
+    const Bande& B = m_bandes[bande];
+    const std::size_t nb = m_bandes.size();
+    std::vector<double> lam((std::size_t)m_nc), rc((std::size_t)m_nc);
+    double* T[2] = {m_T.data(), m_Tn.data()};
+    const std::size_t i0 = (std::size_t)B.l0 * m_nc, i1 = (std::size_t)B.l1 * m_nc;
+    const double dxdy = m_delta * m_delta;
+    double dt = p.dt0;
+    int redemarrages = 0;
+    long long pasTotal = 0;
+    for (;;)
+    {
+        dt = std::min(dt, lois.PasMaximal());
+        std::fill(T[0] + i0, T[0] + i1, lois.tempInitiale);
+        std::fill(T[1] + i0, T[1] + i1, lois.tempInitiale);
+        for (std::size_t i = i0; i < i1; ++i)
+            m_stock[i] = EstMateriau(m_nature[i]) ? dxdy * lois.teneurEau[m_humidite[i]] * kChaleurLatenteEau : 0.0;
+        ResultatsFaces faces = lois.facesInitiales;
+        const long long N = dt > 0.0 ? lois.NombrePas(p.duree, dt) : 0;
+        ConditionsPas prec;
+        int cur = 0;
+        bool redemarre = false;
+        long long k = 1;
+        for (;; ++k)
+        {
+            // Phase A: properties at the current temperatures, stability, face temperatures.
+            p.limites[bande] = PhaseProprietes(B, lois, k > 1 ? &prec : nullptr, T[cur], lam, rc, dt);
+            if (bande == 0 && p.progression && k > 1)
+                p.arret = !(*p.progression)((double)(k - 1) / (double)N);
+            p.barriere.Attendre();
+            double limite = std::numeric_limits<double>::infinity();
+            for (std::size_t b = 0; b < nb; ++b)
+                limite = std::min(limite, p.limites[b]);
+            if (lois.Redemarrable() && limite < dt)
+            {
+                dt = limite;
+                ++redemarrages;
+                redemarre = true;
+                p.barriere.Attendre(); // nobody reads the shared limits any more
+                break;
+            }
+            if (k > 1)
+                CumulerFaces(faces);
+            if (k > N || p.arret)
+                break;
+            const ConditionsPas c = lois.PreparePas((int)k, dt, faces);
+            PhaseEchanges(B, lois, c, T[cur], T[cur ^ 1], dt);
+            ++pasTotal;
+            p.barriere.Attendre();
+            cur ^= 1;
+            prec = c;
+        }
+        if (redemarre)
+            continue;
+        if (bande == 0)
+        {
+            p.tampon = cur;
+            p.faces = faces;
+            p.stats.pas = k - 1;
+            p.stats.pasTotal = pasTotal;
+            p.stats.redemarrages = redemarrages;
+            p.stats.dt = dt;
+            p.stats.interrompu = p.arret;
+        }
+        return;
+    }
+}
+
+double BilanThermique::PhaseProprietes(const Bande& B, const LoisThermiques& lois, const ConditionsPas* prec,
+                                       const double* T, std::vector<double>& lam, std::vector<double>& rc,
+                                       double dt)
+{
+    const double demi = 0.5 * m_delta;
+    const double dxdy = m_delta * m_delta;
+    const bool stabilite = lois.Redemarrable();
+    double limite = std::numeric_limits<double>::infinity();
+    double* __restrict r = m_r.data();
+    double* __restrict cap = m_cap.data();
+    for (std::size_t s = B.seg0; s < B.seg1; ++s)
+    {
+        const Segment& seg = m_segments[s];
+        const std::size_t n = (std::size_t)(seg.fin - seg.debut);
+        double* __restrict la = lam.data();
+        double* __restrict rh = rc.data();
+        lois.Proprietes(seg.materiau, T + seg.debut, n, la, rh);
+        double* __restrict rs = r + seg.debut;
+        double* __restrict cs = cap + seg.debut;
+        bool instable = false;
+        for (std::size_t j = 0; j < n; ++j)
+        {
+            rs[j] = demi / la[j];
+            cs[j] = rh[j] * dxdy;
+            instable |= cs[j] < 4.0 * la[j] * dt;
+        }
+        // The explicit limit rho c delta^2 / (4 lambda), only where it is below the step.
+        if (stabilite && instable)
+            for (std::size_t j = 0; j < n; ++j)
+                if (cs[j] < 4.0 * la[j] * dt)
+                {
+                    const double l = cs[j] / (4.0 * la[j]);
+                    if (l < dt)
+                        limite = std::min(limite, l);
+                }
+    }
+    if (prec)
+        for (std::size_t f = B.face0; f < B.face1; ++f)
+        {
+            const Face& F = m_facesListe[f];
+            const double t = T[F.cellule];
+            const double ri = r[F.cellule];
+            double film, amb;
+            if (F.nature == kFeu)
+            {
+                film = prec->rFeuParCellule ? lois.ResistanceFeu(*prec, t) : prec->rFeu;
+                amb = prec->thetaGaz;
+            }
+            else
+            {
+                film = prec->rNonExpose;
+                amb = prec->thetaAir;
+            }
+            m_tFace[f] = t + (amb - t) * ri / (ri + film);
+        }
+    return limite;
+}
+
+// Face means summed over the whole list in one fixed order, whatever the bands.
+void BilanThermique::CumulerFaces(ResultatsFaces& f) const
+{
+    double se = 0.0, sn = 0.0;
+    int ne = 0, nn = 0;
+    double mx = f.maxNonExposee;
+    for (std::size_t k = 0; k < m_facesListe.size(); ++k)
+    {
+        const double t = m_tFace[k];
+        if (m_facesListe[k].nature == kFeu)
+        {
+            se += t * m_delta;
+            ++ne;
+        }
+        else
+        {
+            sn += t * m_delta;
+            ++nn;
+            mx = std::max(mx, t);
+        }
+    }
+    if (ne > 0)
+        f.moyenneExposee = se / (ne * m_delta);
+    if (nn > 0)
+        f.moyenneNonExposee = sn / (nn * m_delta);
+    f.maxNonExposee = mx;
+    f.nExposees = ne;
+    f.nNonExposees = nn;
+}
+
+double BilanThermique::EchangeSpecial(std::size_t i, const LoisThermiques& lois, const ConditionsPas& c,
+                                      const double* T) const
+{
+    const double t = T[i];
+    const double ri = m_r[i];
+    const bool mat = EstMateriau(m_nature[i]);
+    auto face = [&](std::size_t v) -> double {
+        switch (m_nature[v])
+        {
+        case kFeu:
+            return (c.thetaGaz - t) / (ri + (c.rFeuParCellule ? lois.ResistanceFeu(c, t) : c.rFeu));
+        case kNonExpose:
+            return (c.thetaAir - t) / (ri + c.rNonExpose);
+        case kMateriau:
+            return (T[v] - t) / ((ri + m_r[v]) + (mat ? lois.rContact : lois.rMateriauAir));
+        default:
+            return (T[v] - t) / ((ri + m_r[v]) + (mat ? lois.rMateriauAir : lois.rAirAir));
+        }
+    };
+    const std::size_t l = i / (std::size_t)m_nc, col = i % (std::size_t)m_nc;
+    double q = 0.0;
+    if (col > 0)
+        q += face(i - 1);
+    if (col + 1 < (std::size_t)m_nc)
+        q += face(i + 1);
+    if (l > 0)
+        q += face(i - m_nc);
+    if (l + 1 < (std::size_t)m_nl)
+        q += face(i + m_nc);
+    return q;
+}
+
+void BilanThermique::PhaseEchanges(const Bande& B, const LoisThermiques& lois, const ConditionsPas& c,
+                                   const double* __restrict T, double* __restrict Tn, double dt)
+{
+    const double dd = m_delta * dt;
+    const double dxdy = m_delta * m_delta;
+    const double rc = lois.rContact;
+    const std::size_t nc = (std::size_t)m_nc;
+    const double* __restrict r = m_r.data();
+    const double* __restrict cap = m_cap.data();
+    for (std::size_t s = B.rap0; s < B.rap1; ++s)
+    {
+        const std::size_t a = (std::size_t)m_rapides[s].debut, z = (std::size_t)m_rapides[s].fin;
+        for (std::size_t i = a; i < z; ++i)
+        {
+            const double t = T[i];
+            const double ri = r[i];
+            const double q = (T[i - 1] - t) / ((ri + r[i - 1]) + rc) + (T[i + 1] - t) / ((ri + r[i + 1]) + rc) +
+                             (T[i - nc] - t) / ((ri + r[i - nc]) + rc) + (T[i + nc] - t) / ((ri + r[i + nc]) + rc);
+            Tn[i] = t + q * dd / cap[i];
+        }
+    }
+    for (std::size_t s = B.spe0; s < B.spe1; ++s)
+    {
+        const std::size_t i = (std::size_t)m_speciaux[s];
+        const double t = T[i];
+        const double Q = EchangeSpecial(i, lois, c, T) * dd + m_src[i] * dxdy * dt;
+        if (EstMateriau(m_nature[i]))
+        {
+            const int m = m_materiau[i];
+            if (lois.seuilEvaporation[m] < 100.0 && t >= lois.seuilEvaporation[m])
+            {
+                // Evaporation plateau: the water's latent heat absorbs Q first.
+                if (m_stock[i] >= Q)
+                {
+                    m_stock[i] -= Q;
+                    Tn[i] = t;
+                }
+                else
+                {
+                    Tn[i] = t + (Q - m_stock[i]) / cap[i];
+                    m_stock[i] = 0.0;
+                }
+                continue;
+            }
+        }
+        Tn[i] = t + Q / cap[i];
+    }
+}

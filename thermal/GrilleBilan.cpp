@@ -1,0 +1,33 @@
+#include "thermal/GrilleBilan.h"
+
+#include <vector>
+
+ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& lois, double delta, double duree,
+                                 double dt)
+{
+    const int nl = (int)t.m_Masque.GetSize();
+    const int nc = nl > 0 ? (int)t.m_Masque[0].GetSize() : 0;
+    t.m_nTravail[6] = nl;
+    t.m_nTravail[7] = nc;
+    std::vector<double> masque((std::size_t)nl * (std::size_t)nc);
+    for (int i = 0; i < nl; ++i)
+    {
+        const CTemperatureGenerale::CLigne& ligne = t.m_Masque[i];
+        if (ligne.GetSize() < nc)
+            AfxThrowInvalidArgException();
+        std::copy(ligne.GetData(), ligne.GetData() + nc, masque.begin() + (std::ptrdiff_t)i * nc);
+    }
+    BilanThermique bilan(nl, nc, masque.data(), delta);
+    ResultatGrille res;
+    res.stats = bilan.Calculer(lois, duree, dt, t.m_Progression);
+    res.faces = bilan.Faces();
+    const std::vector<double>& T = bilan.Temperatures();
+    t.m_T1.SetSize(nl);
+    for (int i = 0; i < nl; ++i)
+    {
+        CTemperatureGenerale::CLigne& ligne = t.m_T1[i];
+        ligne.SetSize(nc);
+        std::copy(T.begin() + (std::ptrdiff_t)i * nc, T.begin() + (std::ptrdiff_t)(i + 1) * nc, ligne.GetData());
+    }
+    return res;
+}

@@ -1,0 +1,22 @@
+// Runs the cell-balance kernel on a temperature field's marker grid and copies the
+// temperatures back: the common frame of the grid methods.
+#pragma once
+
+#include "thermal/BilanThermique.h"
+#include "thermal/CTemperatureGenerale.h"
+
+struct ResultatGrille
+{
+    StatistiquesBilan stats;
+    ResultatsFaces faces;
+};
+
+// Sets NbLignes and NbColonnes from m_Masque (rows, length of row 0; every row must be
+// that long, else the invalid-argument exception), runs the fire with the laws, reports
+// progress through the field's callback, and leaves the temperatures in m_T1. delta is
+// the cell side the method computes with.
+ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& lois, double delta, double duree,
+                                 double dt);
+
+// Cell side as the Eurocode 2 method keeps it: a single-precision float.
+inline double LargeurMaille(double delx) { return (double)(float)delx; }

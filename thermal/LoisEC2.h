@@ -1,0 +1,40 @@
+// The laws of the Eurocode 2 method for the cell-balance kernel.
+//
+// Choices where the method leaves it open:
+// - an air cell exchanges with the fire-side gas through 1/h (h the total surface
+//   coefficient at the gas and the air cell's temperature) and with the unexposed air
+//   through the unexposed-face resistance, as a material cell does without its
+//   half-cell resistance;
+// - face results (see BilanThermique.h): the mean exposed-face temperature goes to
+//   m_dTravailA[4]; the second mean is the mean unexposed-face temperature
+//   (m_dTravailB[0]); the conductivity of concrete is taken at the mean exposed-face
+//   temperature (m_dTravailB[3]); the largest unexposed-face temperature ever reached
+//   goes to m_dTravailB[14]. All four start at 20.0.
+// - a step that is zero or not a number (extra materials have no capacity) cannot
+//   advance the fire: the field then stays at 20 degrees instead of looping forever.
+#pragma once
+
+#include "thermal/BilanThermique.h"
+
+class LoisEC2 : public LoisThermiques
+{
+public:
+    LoisEC2(int nMateriaux, double rho20, double teneurEau, int eMontee, int eGranulat, int bConductiviteGranulat,
+            double pasCavite);
+
+    void Proprietes(int materiau, const double* theta, std::size_t n, double* lambda,
+                    double* rhoC) const override;
+    ConditionsPas PreparePas(int pas, double dt, const ResultatsFaces& faces) const override;
+    double ResistanceFeu(const ConditionsPas& c, double theta) const override;
+    long long NombrePas(double duree, double dt) const override;
+    bool Redemarrable() const override { return true; }
+    double PasMaximal() const override { return m_pasCavite; }
+
+    // Explicit limit rho c delta^2 / (4 lambda) of material m at theta.
+    double LimiteStabilite(int materiau, double theta, double delta) const;
+
+private:
+    double m_rho20;
+    int m_eMontee, m_eGranulat, m_bGranulat;
+    double m_pasCavite;
+};
