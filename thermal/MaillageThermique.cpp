@@ -201,8 +201,9 @@ double CTemperatureGenerale::InitTableDonnees(CPolygone& section, double duree, 
     const double bordHaut = (dtu || option == 1) ? -2.0 : -1.0;
     const double bordBas = (!dtu && option == 1) ? -2.0 : -1.0;
     auto ajoute = [this](const std::vector<double>& masque, const std::vector<double>& t1) {
-        m_Masque.Add(Ligne(masque));
-        m_T1.Add(Ligne(t1));
+        CLigne lm = Ligne(masque), lt = Ligne(t1);
+        m_Masque.Add(lm);
+        m_T1.Add(lt);
     };
     if (dtu)
     {
