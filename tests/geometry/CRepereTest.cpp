@@ -1,0 +1,99 @@
+#include "geometry/CRepere.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+using prefa_test::Bytes;
+using prefa_test::Load;
+using prefa_test::Store;
+
+TEST(CRepere, DefaultsSettersAndAngles)
+{
+    CRepere r;
+    EXPECT_EQ(r.GetEchelle(), 0.0);
+    EXPECT_EQ(r.GetOrigine().x, 0.0);
+    EXPECT_EQ(r.GetRotx(), 0.0);
+    EXPECT_TRUE(r.GetDiagonale() == CVecteur());
+    r.SetRot(30.0);
+    EXPECT_EQ(r.GetRotx(), 30.0);
+    EXPECT_EQ(r.GetRoty(), 30.0);
+    EXPECT_EQ(r.GetAngle(15.0), 45.0);
+    r.SetRoty(-10.0);
+    EXPECT_EQ(r.GetRotx(), 30.0);
+    EXPECT_EQ(r.GetAngle(15.0), 45.0); // the x axis gives the plane angle
+
+    const CRepere a(CPointD(1, 2), 3.0, 4.0, CVecteur(5, 6, 7, 8), 9.0);
+    CRepere b;
+    b = a;
+    b = b;
+    EXPECT_EQ(b.GetOrigine().y, 2.0);
+    EXPECT_EQ(b.GetRoty(), 4.0);
+    EXPECT_EQ(b.GetDiagonale().g_ext_y(), 8.0);
+    EXPECT_EQ(b.GetEchelle(), 9.0);
+    CRepere c(a);
+    c.InitRepere(CPointD(0, 0), 0, 0, CVecteur(), 1.0);
+    EXPECT_EQ(c.GetEchelle(), 1.0);
+    EXPECT_EQ(a.GetEchelle(), 9.0);
+}
+
+TEST(CRepere, ConversionsThroughTheFrame)
+{
+    const CRepere r(CPointD(10, 20), 0.0, 0.0, CVecteur(), 2.0);
+    const CPointD p(CPoint(4, 6), r);
+    EXPECT_EQ(p.x, 12.0);
+    EXPECT_EQ(p.y, 23.0);
+    const CPoint lp = CPointD(12, 23).PCtoLP(r);
+    EXPECT_EQ(lp.x, 4);
+    EXPECT_EQ(lp.y, 6);
+
+    // Both conversions turn the same way: with 90 degrees the way back is not the
+    // inverse. The plane point (11, 20) goes to (0, 2), which comes back as (9, 20).
+    const CRepere q(CPointD(10, 20), 90.0, 90.0, CVecteur(), 2.0);
+    const CPoint d = CPointD(11, 20).PCtoLP(q);
+    EXPECT_EQ(d.x, 0);
+    EXPECT_EQ(d.y, 2);
+    CPointD retour;
+    retour.LPtoPC(d, q);
+    EXPECT_EQ(retour.x, 9.0); // exact: rounded to 9 decimals
+    EXPECT_EQ(retour.y, 20.0);
+
+    // Separate axis rotations shear.
+    const CRepere s(CPointD(0, 0), 0.0, 90.0, CVecteur(), 1.0);
+    const CPoint t = CPointD(3, 1).PCtoLP(s);
+    EXPECT_EQ(t.x, 3);
+    EXPECT_EQ(t.y, 3);
+
+    // The rounding to 9 decimals also applies Round's zero band.
+    const CRepere z(CPointD(5e-8, 2e-9 + 1.0), 0.0, 0.0, CVecteur(), 1.0);
+    CPointD pz;
+    pz.LPtoPC(CPoint(0, 0), z);
+    EXPECT_EQ(pz.x, 0.0);
+    EXPECT_EQ(pz.y, 1.000000002);
+}
+
+TEST(CRepere, SerializeNineDoublesInFieldOrder)
+{
+    CRepere r(CPointD(4, 5), 1.5, 2.5, CVecteur(6, 7, 8, 9), 3.5);
+    const std::vector<BYTE> octets = Store([&](CArchive& ar) { r.Serialize(ar); });
+    EXPECT_EQ(octets,
+              Bytes().f64(1.5).f64(2.5).f64(3.5).f64(4).f64(5).f64(6).f64(7).f64(8).f64(9).b);
+    ASSERT_EQ(octets.size(), 72u);
+
+    CRepere l;
+    EXPECT_EQ(Load(octets, [&](CArchive& ar) { l.Serialize(ar); }), 0u);
+    EXPECT_EQ(l.GetRotx(), 1.5);
+    EXPECT_EQ(l.GetRoty(), 2.5);
+    EXPECT_EQ(l.GetEchelle(), 3.5);
+    EXPECT_EQ(l.GetOrigine().x, 4.0);
+    EXPECT_EQ(l.GetOrigine().y, 5.0);
+    EXPECT_EQ(l.GetDiagonale().g_org_x(), 6.0);
+    EXPECT_EQ(l.GetDiagonale().g_ext_y(), 9.0);
+
+    std::vector<BYTE> court(octets.begin(), octets.begin() + 64);
+    EXPECT_TRUE(prefa_test::Throws<CArchiveException>(
+        [&] { Load(court, [&](CArchive& ar) { l.Serialize(ar); }); }));
+
+    std::unique_ptr<CObject> o(CRuntimeClass::CreateObject("CRepere"));
+    ASSERT_TRUE(o);
+    EXPECT_TRUE(o->IsKindOf(RUNTIME_CLASS(CRepere)));
+}
