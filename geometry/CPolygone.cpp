@@ -225,6 +225,8 @@ void CPolygone::RecalculDim(bool bOriente)
         }
         if (m_Points.GetCount() > 2)
             aire -= (p0->x - prec->x) * (prec->y + p0->y) / 2.0;
+        else
+            aire = 0.0; // an open side or a lone point encloses nothing
     }
     m_Surface = aire;
     if (bOriente && Comparer(aire, 0.0, 3) < 0)

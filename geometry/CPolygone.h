@@ -7,6 +7,9 @@
 // area, y upwards). Pointer accessors (GetHead, GetAt ...) invalidate the cache; the
 // GetPoint... copies do not. The cache accessors are therefore not const.
 //
+// Fewer than three points have an area of 0 (the strip under a lone side is not an
+// area), so such contours are never reversed.
+//
 // Containment codes: -1 outside, 0 inside, k >= 1 on the boundary (k the 1-based
 // side number).
 //
