@@ -26,6 +26,7 @@
 #include "section/CSectionGenerale.h"
 
 // thermal
+#include "thermal/CTemperatureGenerale.h"
 
 // project records
 #include "project/CAffaire.h"

@@ -3,6 +3,7 @@
 #include "CodePage.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
@@ -178,6 +179,11 @@ TCHAR AfxPathSeparator()
     return L'/';
 }
 
+BOOL AfxIsStdErrTerminal()
+{
+    return ::isatty(2) ? TRUE : FALSE;
+}
+
 #else // _WIN32
 
 CString AfxGetSystemErrorText(DWORD dwError)
@@ -223,6 +229,11 @@ int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
 TCHAR AfxPathSeparator()
 {
     return L'\\';
+}
+
+BOOL AfxIsStdErrTerminal()
+{
+    return ::_isatty(_fileno(stderr)) ? TRUE : FALSE;
 }
 
 #endif

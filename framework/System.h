@@ -36,5 +36,8 @@ CString AfxGetLibraryModuleName();
 // EEXIST when the file already exists, another errno value on failure.
 int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount);
 
+// TRUE when the process's standard error is a terminal (progress display is then useful).
+BOOL AfxIsStdErrTerminal();
+
 // The platform's path separator ('\\' on Windows, '/' elsewhere).
 TCHAR AfxPathSeparator();
