@@ -167,9 +167,12 @@ public:
     // positions returned when the pointers are not null), else 0 for a positive area
     // and 1 for a non-positive one.
     int Regulier(CPointD* inter = nullptr, POSITION* pos1 = nullptr, POSITION* pos2 = nullptr);
-    // Cuts this contour at its first self-intersection into the loop a and the rest
-    // b (their caches hold their own signed areas, without orientation enforcement);
-    // non-zero when a cut was made. This contour keeps the two inserted points.
+    // Cuts this contour at its first self-intersection I into the loop a (from the
+    // copy of I inserted after the first crossing side round to the other copy) and
+    // the rest b; copies of I that follow each other (a vertex lying on the crossing)
+    // are kept once. Their caches hold their own signed areas, without orientation
+    // enforcement. Non-zero when a cut was made; this contour keeps the two inserted
+    // points.
     int EclatePolygone(CPolygone* a, CPolygone* b);
     // Appends the inside parts of v's line (see the header comment); their count.
     int IntersectionPolygoneVecteur(const CVecteur& v, CList<CVecteur, CVecteur&>* segments,

@@ -106,28 +106,32 @@ int CPolygone::EclatePolygone(CPolygone* a, CPolygone* b)
     POSITION i1 = insereApres(pos1);
     POSITION i2 = insereApres(pos2);
 
-    // From an inserted I, round the contour up to the next point equal to I.
-    auto boucle = [this, &I](POSITION depart, CPolygone* cible) {
-        POSITION pos = depart;
-        bool premier = true;
-        for (;;)
+    // From one inserted I round the contour to the other. When a vertex of the
+    // contour is itself the crossing (the contour touches itself there), the copies
+    // of I that follow each other are kept once, so that the loop does not stop at
+    // that vertex and the part beyond it is not lost.
+    auto boucle = [this, &I](POSITION depart, POSITION fin, CPolygone* cible) {
+        bool precedentEstI = false;
+        for (POSITION pos = depart; pos != fin;)
         {
-            const CPointD* p = m_Points.GetAt(pos);
-            if (!premier && *p == I)
-                break;
-            premier = false;
-            if (cible)
-                cible->AddTail(new CPointD(*p));
-            m_Points.GetNext(pos);
+            const CPointD* p = m_Points.GetNext(pos);
             if (pos == nullptr)
                 pos = m_Points.GetHeadPosition();
-            if (pos == depart)
-                break;
+            const bool estI = *p == I;
+            if (estI && precedentEstI)
+                continue;
+            precedentEstI = estI;
+            if (cible)
+                cible->AddTail(new CPointD(*p));
         }
         if (cible)
+        {
+            if (cible->GetCount() > 1 && cible->GetPointTail() == I && cible->GetPointHead() == I)
+                delete cible->m_Points.RemoveTail();
             cible->RecalculDim(false);
+        }
     };
-    boucle(i1, a);
-    boucle(i2, b);
+    boucle(i1, i2, a);
+    boucle(i2, i1, b);
     return 1;
 }
