@@ -1,0 +1,43 @@
+// The fire calculation of the command: the library's mesh, one of its four methods,
+// and the bar temperatures read with its point lookup, for each duration asked.
+#pragma once
+
+#include "Entree.h"
+
+#include <prefa.h>
+
+#include <functional>
+
+namespace prefa_cli
+{
+
+struct FireResult
+{
+    std::vector<double> durations;             // hours
+    std::vector<std::vector<double>> barTemps; // [bar][duration], degrees Celsius (DTU: rises)
+    bool rises = false;                        // DTU: values are rises above ambient
+    double criterion140 = 0, criterion180 = 0; // DTU: minutes, 1300.0 when not reached
+    ScalarGrid field;                          // the field of the last duration, section frame
+    double cell = 0;
+    bool cancelled = false;
+};
+
+// Reports the fraction done and a label; returning false cancels the calculation.
+typedef std::function<bool(double fraction, const std::string& label)> ProgressFn;
+
+CPolygone ToPolygone(const Contour& c);
+
+// Point of the library's lookup frame for a point of the section. Grid methods count
+// their columns from m_dXOrigine: the command sets that origin to half the grid's
+// width, so that the lookup frame's x is measured from the section's centre line.
+Point2 LookupPoint(const CTemperatureGenerale& t, const Contour& outline, Point2 p);
+// Centre of cell (i, j) in the section's coordinates.
+Point2 CellCentre(const CTemperatureGenerale& t, const Contour& outline, int i, int j);
+// Meshes the section for the method and duration (the first step of RunFire).
+void Mesh(CTemperatureGenerale& t, const FireInput& in, double duration);
+// Runs the method on a meshed field; false when cancelled through the callback.
+bool Compute(CTemperatureGenerale& t, const FireInput& in, double duration);
+
+FireResult RunFire(const FireInput& in, const ProgressFn& progress);
+
+} // namespace prefa_cli

@@ -1,0 +1,33 @@
+// The command's sub-commands. Each returns the process's exit status: 0 done,
+// 2 bad input or usage (one line on standard error, nothing written), 1 failure.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace prefa_cli
+{
+
+struct Options
+{
+    std::string file;      // input file; empty for the built-in example
+    std::string outDir = "."; // where pictures go
+    bool json = false;     // results as JSON on standard output
+    bool help = false;
+    bool noPicture = false;
+};
+
+// Parses the arguments after the sub-command's name; throws InputError on a bad one.
+Options ParseOptions(const std::string& command, const std::vector<std::string>& args);
+
+int FireCommand(const Options& o);
+int SectionCommand(const Options& o);
+
+std::string FireHelp();
+std::string SectionHelp();
+std::string MainHelp();
+
+// Joins a folder and a file name.
+std::string PathIn(const std::string& dir, const std::string& name);
+
+} // namespace prefa_cli

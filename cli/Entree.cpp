@@ -1,0 +1,345 @@
+#include "Entree.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <fstream>
+#include <sstream>
+
+using json = nlohmann::json;
+
+namespace prefa_cli
+{
+
+const char* const kFireExampleJson = R"({
+  "title": "Precast beam 0.30 x 0.60 m, four bars",
+  "outline": [[0, 0], [0.30, 0], [0.30, 0.60], [0, 0.60]],
+  "bars": [
+    {"name": "A1", "x": 0.05, "y": 0.05},
+    {"name": "A2", "x": 0.25, "y": 0.05},
+    {"name": "A3", "x": 0.05, "y": 0.55},
+    {"name": "A4", "x": 0.25, "y": 0.55}
+  ],
+  "method": "ec2",
+  "durations": [0.5, 1.0, 1.5, 2.0],
+  "cell": 0.005,
+  "fire_curve": "standard",
+  "aggregate": "siliceous",
+  "aggregate_conductivity": false,
+  "moisture": 0.015
+}
+)";
+
+const char* const kSectionExampleJson = R"({
+  "title": "Unequal angle 0.20 x 0.10 m, 0.02 m thick",
+  "contours": [[[0, 0], [0.10, 0], [0.10, 0.02], [0.02, 0.02], [0.02, 0.20], [0, 0.20]]],
+  "openings": []
+}
+)";
+
+namespace
+{
+// Limits that keep a mistyped file from asking for an absurd amount of work.
+const double kMaxDurationHours = 24.0;
+const double kMaxCells = 25e6;
+
+class Reader
+{
+public:
+    Reader(std::string source, const json& root) : m_source(std::move(source)), m_root(root) {}
+
+    [[noreturn]] void Fail(const std::string& field, const std::string& what) const
+    {
+        throw InputError(m_source, field, what);
+    }
+
+    double Number(const json& v, const std::string& field) const
+    {
+        if (!v.is_number())
+            Fail(field, "a number was expected");
+        double d = v.get<double>();
+        if (!std::isfinite(d))
+            Fail(field, "the number is not finite");
+        return d;
+    }
+
+    Contour ReadContour(const json& v, const std::string& field) const
+    {
+        if (!v.is_array())
+            Fail(field, "a list of [x, y] points was expected");
+        Contour c;
+        for (std::size_t k = 0; k < v.size(); ++k)
+        {
+            std::string f = field + "[" + std::to_string(k) + "]";
+            const json& p = v[k];
+            if (!p.is_array() || p.size() != 2)
+                Fail(f, "a point must be [x, y]");
+            c.push_back({Number(p[0], f + "[0]"), Number(p[1], f + "[1]")});
+        }
+        if (c.size() < 3)
+            Fail(field, "a contour needs at least 3 points, it has " + std::to_string(c.size()));
+        double area = 0;
+        for (std::size_t k = 0; k < c.size(); ++k)
+        {
+            const Point2& a = c[k];
+            const Point2& b = c[(k + 1) % c.size()];
+            area += a.x * b.y - b.x * a.y;
+        }
+        if (std::fabs(area) < 1e-12)
+            Fail(field, "the contour encloses no area");
+        return c;
+    }
+
+    std::vector<Contour> ReadContours(const char* key) const
+    {
+        std::vector<Contour> out;
+        if (!m_root.contains(key))
+            return out;
+        const json& v = m_root[key];
+        if (!v.is_array())
+            Fail(key, "a list of contours was expected");
+        for (std::size_t k = 0; k < v.size(); ++k)
+            out.push_back(ReadContour(v[k], std::string(key) + "[" + std::to_string(k) + "]"));
+        return out;
+    }
+
+    const json& Root() const { return m_root; }
+
+private:
+    std::string m_source;
+    const json& m_root;
+};
+
+json Parse(const std::string& source, const std::string& text)
+{
+    try
+    {
+        json root = json::parse(text);
+        if (!root.is_object())
+            throw InputError(source, "", "the file must hold one JSON object");
+        return root;
+    }
+    catch (const json::parse_error& e)
+    {
+        throw InputError(source, "", std::string("not valid JSON (") + e.what() + ")");
+    }
+}
+
+std::string ReadFile(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        throw InputError(path, "", "cannot be read");
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+bool Inside(const Contour& c, Point2 p)
+{
+    // Crossing count; points on the outline count as inside.
+    bool in = false;
+    for (std::size_t i = 0, j = c.size() - 1; i < c.size(); j = i++)
+    {
+        const Point2 &a = c[i], &b = c[j];
+        double cross = (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
+        if (std::fabs(cross) < 1e-12 && p.x >= std::min(a.x, b.x) - 1e-12 && p.x <= std::max(a.x, b.x) + 1e-12 &&
+            p.y >= std::min(a.y, b.y) - 1e-12 && p.y <= std::max(a.y, b.y) + 1e-12)
+            return true;
+        if ((a.y > p.y) != (b.y > p.y) && p.x < (b.x - a.x) * (p.y - a.y) / (b.y - a.y) + a.x)
+            in = !in;
+    }
+    return in;
+}
+
+FireInput FireFromJson(const std::string& source, const json& root)
+{
+    Reader r(source, root);
+    FireInput in;
+    in.source = source;
+    if (!root.contains("outline"))
+        r.Fail("outline", "the section's outline is missing");
+    in.outline = r.ReadContour(root["outline"], "outline");
+    in.cavities = r.ReadContours("cavities");
+    in.materials = r.ReadContours("materials");
+    in.moistureZones = r.ReadContours("moisture_zones");
+    if (in.materials.size() > 8)
+        r.Fail("materials", "at most 8 material zones are supported");
+    if (in.moistureZones.size() > 8)
+        r.Fail("moisture_zones", "at most 8 moisture zones are supported");
+
+    if (root.contains("method"))
+    {
+        if (!root["method"].is_string())
+            r.Fail("method", "a text was expected (ec2, itbtp, zolt or dtu)");
+        std::string m = root["method"].get<std::string>();
+        if (m == "ec2")
+            in.method = Method::Ec2;
+        else if (m == "itbtp")
+            in.method = Method::Itbtp;
+        else if (m == "zolt")
+            in.method = Method::Zolt;
+        else if (m == "dtu")
+            in.method = Method::Dtu;
+        else
+            r.Fail("method", "unknown method \"" + m + "\" (ec2, itbtp, zolt or dtu)");
+    }
+
+    if (root.contains("durations") && root.contains("duration"))
+        r.Fail("duration", "give either duration or durations, not both");
+    const char* dkey = root.contains("durations") ? "durations" : "duration";
+    if (!root.contains(dkey))
+        r.Fail("durations", "the fire duration in hours is missing");
+    const json& d = root[dkey];
+    if (d.is_array())
+    {
+        for (std::size_t k = 0; k < d.size(); ++k)
+            in.durations.push_back(r.Number(d[k], std::string(dkey) + "[" + std::to_string(k) + "]"));
+    }
+    else
+        in.durations.push_back(r.Number(d, dkey));
+    if (in.durations.empty())
+        r.Fail(dkey, "at least one duration is needed");
+    for (std::size_t k = 0; k < in.durations.size(); ++k)
+    {
+        std::string f = std::string(dkey) + (d.is_array() ? "[" + std::to_string(k) + "]" : "");
+        if (in.durations[k] <= 0)
+            r.Fail(f, "a duration must be positive (hours), not " + std::to_string(in.durations[k]));
+        if (in.durations[k] > kMaxDurationHours)
+            r.Fail(f, "a duration above 24 hours is not supported");
+    }
+
+    if (root.contains("cell"))
+        in.cell = r.Number(root["cell"], "cell");
+    if (in.cell <= 0)
+        r.Fail("cell", "the cell side must be positive (metres)");
+    double xmin = 1e300, xmax = -1e300, ymin = 1e300, ymax = -1e300;
+    for (const Point2& p : in.outline)
+    {
+        xmin = std::min(xmin, p.x), xmax = std::max(xmax, p.x);
+        ymin = std::min(ymin, p.y), ymax = std::max(ymax, p.y);
+    }
+    double cells = ((xmax - xmin) / in.cell + 12) * ((ymax - ymin) / in.cell + 4);
+    if (cells > kMaxCells)
+        r.Fail("cell", "the cell side is too small for this section (more than 25 million cells)");
+    if ((xmax - xmin) < 2 * in.cell || (ymax - ymin) < 2 * in.cell)
+        r.Fail("cell", "the cell side is too large for this section (fewer than two cells across)");
+
+    if (root.contains("fire_curve"))
+    {
+        const json& v = root["fire_curve"];
+        std::string c = v.is_string() ? v.get<std::string>() : std::string();
+        if (c == "standard")
+            in.fireCurve = 0;
+        else if (c == "external")
+            in.fireCurve = 1;
+        else if (c == "hydrocarbon")
+            in.fireCurve = 2;
+        else
+            r.Fail("fire_curve", "unknown fire curve (standard, external or hydrocarbon)");
+    }
+    if (root.contains("aggregate"))
+    {
+        const json& v = root["aggregate"];
+        std::string a = v.is_string() ? v.get<std::string>() : std::string();
+        if (a == "siliceous")
+            in.aggregate = 0;
+        else if (a == "calcareous")
+            in.aggregate = 1;
+        else if (a == "lightweight")
+            in.aggregate = 2;
+        else
+            r.Fail("aggregate", "unknown aggregate (siliceous, calcareous or lightweight)");
+    }
+    if (root.contains("aggregate_conductivity"))
+    {
+        if (!root["aggregate_conductivity"].is_boolean())
+            r.Fail("aggregate_conductivity", "true or false was expected");
+        in.aggregateConductivity = root["aggregate_conductivity"].get<bool>();
+    }
+    if (root.contains("moisture"))
+    {
+        in.moisture = r.Number(root["moisture"], "moisture");
+        if (in.moisture < 0 || in.moisture > 0.2)
+            r.Fail("moisture", "the water content must lie between 0 and 0.2");
+    }
+
+    if (root.contains("bars"))
+    {
+        const json& b = root["bars"];
+        if (!b.is_array())
+            r.Fail("bars", "a list of bars was expected");
+        for (std::size_t k = 0; k < b.size(); ++k)
+        {
+            std::string f = "bars[" + std::to_string(k) + "]";
+            if (!b[k].is_object() || !b[k].contains("x") || !b[k].contains("y"))
+                r.Fail(f, "a bar is {\"name\": ..., \"x\": ..., \"y\": ...}");
+            Bar bar;
+            bar.name = b[k].contains("name") && b[k]["name"].is_string() ? b[k]["name"].get<std::string>()
+                                                                          : "bar " + std::to_string(k + 1);
+            bar.p = {r.Number(b[k]["x"], f + ".x"), r.Number(b[k]["y"], f + ".y")};
+            if (!Inside(in.outline, bar.p))
+                r.Fail(f, "bar \"" + bar.name + "\" at (" + std::to_string(bar.p.x) + ", " +
+                              std::to_string(bar.p.y) + ") lies outside the section");
+            for (std::size_t c = 0; c < in.cavities.size(); ++c)
+                if (Inside(in.cavities[c], bar.p))
+                    r.Fail(f, "bar \"" + bar.name + "\" lies in cavity " + std::to_string(c));
+            in.bars.push_back(bar);
+        }
+    }
+    return in;
+}
+
+SectionInput SectionFromJson(const std::string& source, const json& root)
+{
+    Reader r(source, root);
+    SectionInput in;
+    in.source = source;
+    if (!root.contains("contours"))
+        r.Fail("contours", "the section's contours are missing");
+    in.contours = r.ReadContours("contours");
+    if (in.contours.empty())
+        r.Fail("contours", "at least one contour is needed");
+    in.openings = r.ReadContours("openings");
+    return in;
+}
+} // namespace
+
+FireInput ReadFireInput(const std::string& path)
+{
+    return FireFromJson(path, Parse(path, ReadFile(path)));
+}
+
+FireInput ExampleFireInput()
+{
+    return FireFromJson("built-in example", Parse("built-in example", kFireExampleJson));
+}
+
+SectionInput ReadSectionInput(const std::string& path)
+{
+    return SectionFromJson(path, Parse(path, ReadFile(path)));
+}
+
+SectionInput ExampleSectionInput()
+{
+    return SectionFromJson("built-in example", Parse("built-in example", kSectionExampleJson));
+}
+
+const char* MethodName(Method m)
+{
+    switch (m)
+    {
+    case Method::Ec2: return "ec2";
+    case Method::Itbtp: return "itbtp";
+    case Method::Zolt: return "zolt";
+    case Method::Dtu: return "dtu";
+    }
+    return "?";
+}
+
+const char* FireCurveName(int curve)
+{
+    return curve == 1 ? "external" : curve == 2 ? "hydrocarbon" : "standard";
+}
+
+} // namespace prefa_cli

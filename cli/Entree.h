@@ -1,0 +1,74 @@
+// What an engineer gives the command, read from a small JSON file and checked before
+// anything is computed or written. A bad file gives one InputError naming the file,
+// the field and what is wrong.
+#pragma once
+
+#include "Svg.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace prefa_cli
+{
+
+class InputError : public std::runtime_error
+{
+public:
+    InputError(const std::string& file, const std::string& field, const std::string& what)
+        : std::runtime_error(file + ": " + (field.empty() ? std::string() : field + ": ") + what)
+    {
+    }
+};
+
+struct Bar
+{
+    std::string name;
+    Point2 p;
+};
+
+enum class Method
+{
+    Ec2,
+    Itbtp,
+    Zolt,
+    Dtu
+};
+
+struct FireInput
+{
+    std::string source;               // file name, or "built-in example"
+    Contour outline;                  // metres
+    std::vector<Contour> cavities;
+    std::vector<Contour> materials;   // zones of other materials (index = order)
+    std::vector<Contour> moistureZones;
+    std::vector<Bar> bars;
+    Method method = Method::Ec2;
+    std::vector<double> durations;    // hours, increasing order of the file
+    double cell = 0.005;              // cell side, metres
+    int fireCurve = 0;                // Eurocode 2: 0 standard, 1 external, 2 hydrocarbon
+    int aggregate = 0;                // Eurocode 2: 0 siliceous, 1 calcareous, 2 lightweight
+    bool aggregateConductivity = false;
+    double moisture = 0.015;          // Eurocode 2: water per volume of concrete (latent heat)
+};
+
+struct SectionInput
+{
+    std::string source;
+    std::vector<Contour> contours; // the section's contours
+    std::vector<Contour> openings; // holes, subtracted
+};
+
+FireInput ReadFireInput(const std::string& path);
+FireInput ExampleFireInput();
+SectionInput ReadSectionInput(const std::string& path);
+SectionInput ExampleSectionInput();
+
+const char* MethodName(Method m);
+const char* FireCurveName(int curve);
+
+// The JSON texts of the two built-in examples (also in examples/).
+extern const char* const kFireExampleJson;
+extern const char* const kSectionExampleJson;
+
+} // namespace prefa_cli

@@ -1,0 +1,77 @@
+// SVG pictures of the command: a temperature field as a colour map with a legend and
+// isotherms, section contours, marked points. Coordinates are section metres with y
+// upwards; the picture flips them to the SVG frame.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace prefa_cli
+{
+
+struct Point2
+{
+    double x = 0, y = 0;
+};
+
+typedef std::vector<Point2> Contour;
+
+// Values on a rectangular grid of cell centres: value(i, j) sits at (xs[j], ys[i]).
+// A value that is not a number has no cell (outside the section).
+struct ScalarGrid
+{
+    std::vector<double> xs, ys;
+    std::vector<double> values; // row-major, ys.size() rows of xs.size() values
+    double cell = 0;            // cell side, metres
+    double At(std::size_t i, std::size_t j) const { return values[i * xs.size() + j]; }
+};
+
+struct Label
+{
+    Point2 p;
+    std::string text;
+};
+
+// One segment of an isotherm, between two points of the plane.
+struct Segment
+{
+    Point2 a, b;
+};
+
+// Isolines of the grid at the given level, by marching squares over the cell centres
+// (a square with a missing corner yields nothing).
+std::vector<Segment> Isolines(const ScalarGrid& grid, double level);
+
+// A colour of the legend's scale for t in [0, 1] as "#rrggbb" (dark blue to white hot).
+std::string ColourAt(double t);
+
+class SvgPicture
+{
+public:
+    // The drawing covers the box [xmin, xmax] x [ymin, ymax] of the plane.
+    SvgPicture(double xmin, double ymin, double xmax, double ymax, double widthPixels = 640);
+
+    void Field(const ScalarGrid& grid, double tmin, double tmax);
+    void IsothermLines(const ScalarGrid& grid, double step, double tmin, double tmax);
+    void Legend(double tmin, double tmax, double step, const std::string& title);
+    void Outline(const Contour& c, const std::string& colour, double width, bool dashed = false);
+    void Marker(const Label& l, const std::string& colour);
+    void Line(Point2 a, Point2 b, const std::string& colour, double width, bool dashed = false);
+    void Text(Point2 p, const std::string& text, double size, const std::string& anchor = "start");
+    void Title(const std::string& text);
+
+    std::string Str() const;
+    // Writes the picture; false when the file cannot be written.
+    bool Save(const std::string& path) const;
+
+private:
+    double X(double x) const;
+    double Y(double y) const;
+    double m_xmin, m_ymin, m_xmax, m_ymax, m_scale, m_margin, m_legendWidth;
+    std::string m_body;
+    std::string m_title;
+};
+
+std::string EscapeXml(const std::string& s);
+
+} // namespace prefa_cli
