@@ -135,7 +135,7 @@ void BilanThermique::Preparer(const LoisThermiques& lois)
                     AfxThrowInvalidArgException();
                 const double src = m < (int)lois.source.size() ? lois.source[m] : 0.0;
                 m_src[i] = src;
-                if (!m_segments.empty() && m_segments.back().fin == i && m_segments.back().materiau == m)
+                if (c > 0 && !m_segments.empty() && m_segments.back().fin == i && m_segments.back().materiau == m)
                     ++m_segments.back().fin;
                 else
                     m_segments.push_back({i, i + 1, m});

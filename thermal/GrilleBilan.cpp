@@ -2,6 +2,13 @@
 
 #include <vector>
 
+namespace
+{
+thread_local StatistiquesBilan t_dernieres;
+}
+
+StatistiquesBilan DernieresStatistiquesBilan() { return t_dernieres; }
+
 ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& lois, double delta, double duree,
                                  double dt)
 {
@@ -21,6 +28,7 @@ ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& 
     ResultatGrille res;
     res.stats = bilan.Calculer(lois, duree, dt, t.m_Progression);
     res.faces = bilan.Faces();
+    t_dernieres = res.stats;
     const std::vector<double>& T = bilan.Temperatures();
     t.m_T1.SetSize(nl);
     for (int i = 0; i < nl; ++i)

@@ -18,5 +18,8 @@ struct ResultatGrille
 ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& lois, double delta, double duree,
                                  double dt);
 
+// Figures of the last grid method run on the calling thread (steps, restarts, threads).
+StatistiquesBilan DernieresStatistiquesBilan();
+
 // Cell side as the Eurocode 2 method keeps it: a single-precision float.
 inline double LargeurMaille(double delx) { return (double)(float)delx; }
