@@ -115,6 +115,18 @@ int LitDetenteur(CConfigBRAXEL& detenteur, const CString& strChemin)
 {
     return detenteur.GestionFichierLock(2, strChemin);
 }
+// Creates the lock exclusively. When the file appeared since it was tested (another
+// workstation won the race) its holder goes to detenteur and EEXIST is returned; a
+// lock of this very identity (a twin session of the workstation) counts as taken.
+// 0 on success, else an error number.
+int CreeVerrou(CConfigBRAXEL& moi, const CString& strChemin, CConfigBRAXEL& detenteur)
+{
+    int nErreur = moi.CreeFichierLock(strChemin);
+    if (nErreur == EEXIST && LitDetenteur(detenteur, strChemin) == 0 &&
+        moi.MemeUtilisateur(detenteur))
+        return 0;
+    return nErreur;
+}
 } // namespace
 
 bool bLockFichierPossible(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif)
@@ -198,18 +210,10 @@ int GererLock(int nLiberer, CString strDossier, int nPlan, int nOperation, int n
     // Write the project lock, exclusively: losing a race is a refusal like any other.
     if (a.bEcritAffaire)
     {
-        nErreur = moi.CreeFichierLock(strLockAffaire);
+        CConfigBRAXEL detenteur;
+        nErreur = CreeVerrou(moi, strLockAffaire, detenteur);
         if (nErreur == EEXIST)
-        {
-            CConfigBRAXEL detenteur;
-            if (LitDetenteur(detenteur, strLockAffaire) == 0 && moi.MemeUtilisateur(detenteur))
-                nErreur = 0; // a twin session of this very workstation won: the lock is ours
-            else
-            {
-                MessageAffaire(bMessage, IDS_LOCK_AFFAIRE, strDossier, detenteur);
-                return 0;
-            }
-        }
+            MessageAffaire(bMessage, IDS_LOCK_AFFAIRE, strDossier, detenteur);
         if (nErreur != 0)
             return 0;
         bAffaireEcrite = true;
@@ -308,15 +312,10 @@ int GererLock(int nLiberer, CString strDossier, int nPlan, int nOperation, int n
                 return 0;
             }
         }
-        nErreur = moi.CreeFichierLock(strLockPlan);
+        CConfigBRAXEL detenteur;
+        nErreur = CreeVerrou(moi, strLockPlan, detenteur);
         if (nErreur == EEXIST)
-        {
-            CConfigBRAXEL detenteur;
-            if (LitDetenteur(detenteur, strLockPlan) == 0 && moi.MemeUtilisateur(detenteur))
-                nErreur = 0;
-            else
-                MessagePlan(bMessage, IDS_LOCK_PLAN, nPlan, strDossier, detenteur);
-        }
+            MessagePlan(bMessage, IDS_LOCK_PLAN, nPlan, strDossier, detenteur);
         if (nErreur != 0)
         {
             annule();
