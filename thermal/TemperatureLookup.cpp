@@ -4,6 +4,7 @@
 #include "thermal/CTemperatureGenerale.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -14,10 +15,21 @@ inline bool Manquant(double v)
 {
     return v < 0.0;
 }
+
+// A cell count truncated toward zero; one beyond any index raises like an index fault
+// (converting it to int would be undefined).
+int Tronque(double v)
+{
+    if (!(std::fabs(v) < 1e9))
+        AfxThrowInvalidArgException();
+    return (int)v;
+}
 } // namespace
 
 double CTemperatureGenerale::T(double x, double y) const
 {
+    if (std::isnan(x) || std::isnan(y))
+        return -1.0; // no triangle holds a point that is not a number
     const double D = GetDELX();
     const int nLignes = GetNbLignes();
     const int nColonnes = GetNbColonnes();
@@ -29,8 +41,8 @@ double CTemperatureGenerale::T(double x, double y) const
     if (m_TypeCalcul == DTU)
     {
         // Column index grows as x decreases and row index as y decreases.
-        c = nColonnes - (int)(x / D) - 2;
-        r = nLignes - (int)(y / D) - 3;
+        c = nColonnes - Tronque(x / D) - 2;
+        r = nLignes - Tronque(y / D) - 3;
         double xc = (nColonnes - c - 2) * D + D / 2;
         double yc = (nLignes - r - 3) * D + D / 2;
         if (xc > x && c > 0)
@@ -54,8 +66,8 @@ double CTemperatureGenerale::T(double x, double y) const
     {
         // Columns are counted from m_dXOrigine towards smaller x.
         const double u = m_dXOrigine - x;
-        c = (int)(u / D);
-        r = nLignes - (int)(y / D) - 2;
+        c = Tronque(u / D);
+        r = nLignes - Tronque(y / D) - 2;
         double uc = c * D + D / 2;
         double yc = (nLignes - r - 2) * D + D / 2;
         if (uc > u && c > 0)
