@@ -26,6 +26,7 @@
 #include "section/CSectionGenerale.h"
 
 // thermal
+#include "thermal/CArrayEx.h"
 #include "thermal/CTemperatureGenerale.h"
 
 // project records
