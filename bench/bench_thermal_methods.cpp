@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <thread>
@@ -62,6 +63,17 @@ int main(int argc, char** argv)
 {
     const bool rapide = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
     const unsigned coeurs = std::max(1u, std::thread::hardware_concurrency());
+    if (argc == 5 && std::strcmp(argv[1], "--case") == 0)
+    {
+        // One case: --case METHOD cell_mm hours, on one core then on all.
+        for (int th : {1, (int)coeurs})
+        {
+            const Mesure r = Mesurer(argv[2], std::atof(argv[3]) / 1000.0, std::atof(argv[4]), th);
+            std::printf("%s %s mm %s h, %d threads: %lld steps, %.3f s, %d restarts, %.3e updates/s\n", argv[2],
+                        argv[3], argv[4], th, r.pas, r.secondes, r.redemarrages, r.cellules * r.pas / r.secondes);
+        }
+        return 0;
+    }
     std::printf("thermal methods, reference beam 0.30 x 0.60 m, standard fire; %u cores\n", coeurs);
     std::printf("%-6s %6s %6s %8s %8s %10s %10s %14s\n", "method", "cell", "fire h", "threads", "steps",
                 "wall s", "restarts", "updates/s");

@@ -153,7 +153,7 @@ private:
     void Travailler(int bande, Partage& p);
     double PhaseProprietes(const Bande& b, const LoisThermiques& lois, const ConditionsPas* prec,
                            const double* T, std::vector<double>& lam, std::vector<double>& rc, double dt);
-    void PhaseEchanges(const Bande& b, const LoisThermiques& lois, const ConditionsPas& c, const double* T,
+    void PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c, const double* T,
                        double* Tn, double dt);
     double EchangeSpecial(std::size_t i, const LoisThermiques& lois, const ConditionsPas& c,
                           const double* T) const;
@@ -176,5 +176,6 @@ private:
     std::vector<double> m_stock;     // latent-heat store, kcal/m
     std::vector<double> m_src;       // source per cell, kcal/(h m3)
     std::vector<double> m_tFace;     // face temperatures of the last step
+    std::vector<std::vector<double>> m_fluxH, m_fluxHaut, m_fluxBas; // per band, one row each
     ResultatsFaces m_faces;
 };
