@@ -28,6 +28,9 @@
 // thermal
 #include "thermal/CArrayEx.h"
 #include "thermal/CTemperatureGenerale.h"
+#include "thermal/BilanThermique.h"
+#include "thermal/ProprietesEC2.h"
+#include "thermal/ProprietesFlamme.h"
 
 // project records
 #include "project/CAffaire.h"
