@@ -8,12 +8,12 @@
 
 namespace
 {
-// Outside cells hold no temperature: -1 fire-side gas, and on the DTU grid also -2
-// unexposed-side air and -3 cavities, whose values would otherwise be read as
-// temperatures beside the unexposed face.
+// A corner of value -1.0 (fire-side gas, no temperature) is missing. Other codes
+// (-2 unexposed air, -3 cavity on the DTU grid) are read as values, as the suite's
+// programs always have: results are compared with stored ones.
 inline bool Manquant(double v)
 {
-    return v < 0.0;
+    return v == -1.0;
 }
 
 // A cell count truncated toward zero; one beyond any index raises like an index fault
