@@ -1,0 +1,231 @@
+// Section properties by trapezoid strips under and beside each side, and the
+// section file.
+#include "section/CSectionGenerale.h"
+
+#include "project/FichiersEtudes.h"
+#include "project/MessErreur.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+IMPLEMENT_SERIAL(CSectionGenerale, CObject, 1)
+
+CSectionGenerale::CSectionGenerale()
+{
+    InitVariables();
+}
+
+CSectionGenerale::CSectionGenerale(const CSectionGenerale& s) : CObject()
+{
+    CopySectionGenerale(s);
+}
+
+CSectionGenerale& CSectionGenerale::operator=(const CSectionGenerale& s)
+{
+    CopySectionGenerale(s);
+    return *this;
+}
+
+CSectionGenerale::~CSectionGenerale() = default;
+
+void CSectionGenerale::InitVariables()
+{
+    aireX = aireY = Aire = AireY = SY = SX = IyO = IxO = IxyO = 0.0;
+    iyStrip = ixStrip = xgStrip = ygTerme = ygStrip = 0.0;
+    IxG = IyG = IxyG = Angle = I1 = I2 = 0.0;
+    Perimetre = Perimetre1 = Perimetre2 = 0.0;
+}
+
+void CSectionGenerale::CopySectionGenerale(const CSectionGenerale& s)
+{
+    if (this == &s)
+        return;
+    aireX = s.aireX;
+    aireY = s.aireY;
+    Aire = s.Aire;
+    AireY = s.AireY;
+    SY = s.SY;
+    SX = s.SX;
+    IyO = s.IyO;
+    IxO = s.IxO;
+    IxyO = s.IxyO;
+    iyStrip = s.iyStrip;
+    ixStrip = s.ixStrip;
+    xgStrip = s.xgStrip;
+    ygTerme = s.ygTerme;
+    ygStrip = s.ygStrip;
+    IxG = s.IxG;
+    IyG = s.IyG;
+    IxyG = s.IxyG;
+    Angle = s.Angle;
+    I1 = s.I1;
+    I2 = s.I2;
+    Perimetre = s.Perimetre;
+    Perimetre1 = s.Perimetre1;
+    Perimetre2 = s.Perimetre2;
+}
+
+void CSectionGenerale::IntegreContours(CListePolygone& l)
+{
+    std::vector<double> X, Y;
+    for (POSITION pl = l.GetHeadPositionConst(); pl;)
+    {
+        const CPolygone* p = l.GetNextConst(pl);
+        X.clear();
+        Y.clear();
+        for (POSITION pos = p->GetHeadPosition(); pos;)
+        {
+            const CPointD q = p->GetPointNext(pos);
+            X.push_back(q.x);
+            Y.push_back(q.y);
+        }
+        if (X.empty())
+            continue;
+        X.push_back(X.front());
+        Y.push_back(Y.front());
+
+        for (std::size_t k = 1; k < X.size(); ++k)
+        {
+            const double x0 = X[k - 1], y0 = Y[k - 1], x1 = X[k], y1 = Y[k];
+            Perimetre += std::sqrt((y1 - y0) * (y1 - y0) + (x1 - x0) * (x1 - x0));
+            aireX = (x1 - x0) * (y0 + y1) / 2.0;
+            aireY = (y1 - y0) * (x1 + x0) / 2.0;
+            Aire += aireX;
+            AireY += aireY;
+
+            const double s = y0 + y1;
+            if (s != 0.0)
+            {
+                xgStrip = (2.0 * y1 + y0) * (x1 - x0) / (3.0 * s) + x0;
+                // Not the strip's own centroid height: this term is what the stored
+                // product sums were made with, so it is kept exactly.
+                ygTerme = (3.0 * y0 * y0 - (y0 - y1) * (y0 - y1)) / (3.0 * s);
+                iyStrip = (y0 * y0 + 4.0 * y0 * y1 + y1 * y1) * std::pow(x1 - x0, 3) / (36.0 * s);
+            }
+            else
+                xgStrip = ygTerme = iyStrip = 0.0;
+
+            const double t = x0 + x1;
+            if (t != 0.0)
+            {
+                ygStrip = (2.0 * x1 + x0) * (y1 - y0) / (3.0 * t) + y0;
+                ixStrip = (x0 * x0 + 4.0 * x0 * x1 + x1 * x1) * std::pow(y1 - y0, 3) / (36.0 * t);
+            }
+            else
+                ygStrip = ixStrip = 0.0;
+
+            SY += aireX * xgStrip;
+            SX += ygStrip * aireY;
+            IyO += xgStrip * xgStrip * aireX + iyStrip;
+            IxO += ygStrip * ygStrip * aireY + ixStrip;
+            IxyO += xgStrip * ygTerme * aireX;
+        }
+    }
+}
+
+void CSectionGenerale::CalculeCentre(double seuil)
+{
+    const double yG = SX / AireY;
+    IxG = std::fabs(IxO) - std::fabs(AireY) * yG * yG;
+    const double xG = SY / Aire;
+    IyG = std::fabs(IyO) - std::fabs(Aire) * xG * xG;
+    IxyG = std::fabs(IxyO) - xG * std::fabs(AireY) * yG;
+
+    const double plusGrand = std::max(std::fabs(IxG), std::fabs(IyG));
+    if (std::fabs(IyG - IxG) / plusGrand >= seuil)
+        Angle = std::atan(-2.0 * IxyG / (IyG - IxG)) / 2.0;
+    else
+        Angle = 0.0;
+    const double c = std::cos(Angle), s = std::sin(Angle);
+    const double t = 2.0 * IxyG * c * s;
+    I1 = c * c * IxG + s * s * IyG + t;
+    I2 = c * c * IyG + s * s * IxG - t;
+}
+
+void CSectionGenerale::CaracteristiquesSectionsPolygone(CListePolygone& l1, CListePolygone& l2)
+{
+    InitVariables();
+    IntegreContours(l1);
+    Perimetre1 = Perimetre;
+    CalculeCentre(1e-12);
+    if (!l2.IsEmpty())
+    {
+        Perimetre = 0.0;
+        IntegreContours(l2);
+        Perimetre2 = Perimetre;
+        // The combined section uses a coarser test for equal moments, on purpose.
+        CalculeCentre(1e-7);
+    }
+}
+
+void CSectionGenerale::Serialize(CArchive& ar)
+{
+    // SX goes before SY in the file; loading reads the same order.
+    double* champs[] = {&aireX, &aireY, &Aire, &AireY, &SX, &SY, &IyO, &IxO,
+                        &IxyO, &iyStrip, &ixStrip, &xgStrip, &ygTerme, &ygStrip, &IxG, &IyG,
+                        &IxyG, &Angle, &I1, &I2, &Perimetre, &Perimetre1, &Perimetre2};
+    if (ar.IsStoring())
+    {
+        ar << (DWORD)1;
+        for (double* c : champs)
+            ar << *c;
+    }
+    else
+    {
+        DWORD version = 0;
+        ar >> version; // every version reads the same fields
+        for (double* c : champs)
+            ar >> *c;
+    }
+}
+
+int CSectionGenerale::Lecture(CString fichier, int n)
+{
+    const CString nom = Compose_Fichier_Etudes(fichier, _T("SECTION."), n);
+    CFile f;
+    if (!f.Open(nom, CFile::modeRead | CFile::shareDenyWrite | CFile::typeBinary))
+        return 0;
+    // Loaded aside, so that a truncated file raises its archive exception and
+    // leaves this object as it was.
+    CSectionGenerale lu;
+    {
+        CArchive ar(&f, CArchive::load, 4096);
+        lu.Serialize(ar);
+        ar.Close();
+    }
+    f.Close();
+    CopySectionGenerale(lu);
+    return 1;
+}
+
+int CSectionGenerale::Ecriture(CString fichier, int n)
+{
+    const CString nom = Compose_Fichier_Etudes(fichier, _T("SECTION."), n);
+    const CString module = AfxGetLibraryModuleName();
+    CMirrorFile f;
+    CFileException fe;
+    if (!f.Open(nom, CFile::modeCreate | CFile::modeWrite | CFile::typeBinary, &fe))
+    {
+        MessErreur(_T("IDENTERR_2066"), _T("General"), 694, &fe, module, IDS_PREFA_ERREUR_FICHIER,
+                   _T(""), _T(""));
+        return 0;
+    }
+    try
+    {
+        CArchive ar(&f, CArchive::store, 4096);
+        Serialize(ar);
+        ar.Close();
+        f.Close();
+    }
+    catch (CFileException* e)
+    {
+        // The mirror is dropped: the previous file stays as it was.
+        f.Abort();
+        MessErreur(_T("IDENTERR_2066"), _T("General"), 694, e, module, IDS_PREFA_ERREUR_FICHIER,
+                   _T(""), _T(""));
+        e->Delete();
+        return 0;
+    }
+    return 1;
+}
