@@ -20,6 +20,7 @@
 
 #include <clipper.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -43,6 +44,18 @@ bool VersChemin(const CPolygone& p, ClipperLib::Path& chemin)
     }
     return true;
 }
+
+// Whether some vertex appears twice in the solution: where Clipper's plain output
+// touches itself (or two pieces touch) it does so at a shared vertex.
+bool SommetRepete(const ClipperLib::Paths& chemins)
+{
+    std::vector<std::pair<ClipperLib::cInt, ClipperLib::cInt>> sommets;
+    for (const ClipperLib::Path& c : chemins)
+        for (const ClipperLib::IntPoint& q : c)
+            sommets.emplace_back(q.X, q.Y);
+    std::sort(sommets.begin(), sommets.end());
+    return std::adjacent_find(sommets.begin(), sommets.end()) != sommets.end();
+}
 } // namespace
 
 int CListePolygone::PolyClipping(int bEfface, CPolygone& a, CPolygone& b, code_clipping code,
@@ -57,16 +70,24 @@ int CListePolygone::PolyClipping(int bEfface, CPolygone& a, CPolygone& b, code_c
     else if (code == CLIPPING_DIFFERENCE)
         type = ClipperLib::ctDifference;
 
-    ClipperLib::Clipper clipper;
-    clipper.StrictlySimple(mode == 0);
-    if (pa.size() >= 3)
-        clipper.AddPath(pa, ClipperLib::ptSubject, true);
-    if (pb.size() >= 3)
-        clipper.AddPath(pb, ClipperLib::ptClip, true);
+    // Strictly simple output costs Clipper a quadratic pass, so it is asked for
+    // only when the plain output does touch itself.
     ClipperLib::Paths solution;
-    // Non-zero filling: each operand is one simple contour, of either orientation.
-    if (!clipper.Execute(type, solution, ClipperLib::pftNonZero, ClipperLib::pftNonZero))
-        return -1;
+    for (bool strict : {false, true})
+    {
+        ClipperLib::Clipper clipper;
+        clipper.StrictlySimple(strict);
+        if (pa.size() >= 3)
+            clipper.AddPath(pa, ClipperLib::ptSubject, true);
+        if (pb.size() >= 3)
+            clipper.AddPath(pb, ClipperLib::ptClip, true);
+        // Non-zero filling: each operand is one simple contour, of either orientation.
+        solution.clear();
+        if (!clipper.Execute(type, solution, ClipperLib::pftNonZero, ClipperLib::pftNonZero))
+            return -1;
+        if (mode != 0 || !SommetRepete(solution))
+            break;
+    }
 
     if (bEfface)
         Delete();
