@@ -4,6 +4,7 @@
 #include "geometry/GeometrieInterne.h"
 
 #include <cmath>
+#include <cstdint>
 
 using prefa_geometrie::PI;
 
@@ -38,6 +39,23 @@ double AnglePolaireRad(double dx, double dy)
 }
 
 } // namespace prefa_geometrie
+
+namespace
+{
+
+// A device coordinate rounded to the unit, clamped to the integer range (a default
+// frame of scale 0 or a far point must not overflow the conversion).
+LONG EnEntier(double v)
+{
+    const double r = Round(v, 0);
+    if (!(r > -2147483648.0))
+        return r != r ? 0 : INT32_MIN;
+    if (r > 2147483647.0)
+        return INT32_MAX;
+    return (LONG)r;
+}
+
+} // namespace
 
 CPointD::CPointD() : x(0.0), y(0.0), marque(false), valeur1(-DBL_MAX), valeur2(-DBL_MAX) {}
 
@@ -145,7 +163,7 @@ void CPointD::ChangeRepere(double a, const CPointD& o)
 
 CPoint CPointD::PCtoLP(double scale, const CVecteur& v) const
 {
-    return CPoint((int)Round((x + v.dx()) * scale, 0), (int)-Round((y + v.dy()) * scale, 0));
+    return CPoint(EnEntier((x + v.dx()) * scale), EnEntier(-Round((y + v.dy()) * scale, 0)));
 }
 
 void CPointD::LPtoPC(CPoint p, double scale, const CVecteur& v)
@@ -160,7 +178,7 @@ CPoint CPointD::PCtoLP(const CRepere& r) const
     const double v = y - r.origin.y;
     const double X = (dcos(r.rotx) * u - dsin(r.rotx) * v) * r.Echelle;
     const double Y = (dsin(r.roty) * u + dcos(r.roty) * v) * r.Echelle;
-    return CPoint((int)Round(X, 0), (int)Round(Y, 0));
+    return CPoint(EnEntier(X), EnEntier(Y));
 }
 
 // Not the inverse of PCtoLP(r): the rotation is applied in the same sense both ways.

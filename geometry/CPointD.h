@@ -51,6 +51,8 @@ public:
     void ChangeRepere(double a, const CPointD& o);
 
     // Plane to device and back through a scale and an offset vector (Y flipped).
+    // Device coordinates are rounded half away from zero and clamped to the 32-bit
+    // range (NaN gives 0).
     CPoint PCtoLP(double scale, const CVecteur& v) const;
     void LPtoPC(CPoint p, double scale, const CVecteur& v);
     // Plane to device and back through a frame. Both apply the frame's rotation in

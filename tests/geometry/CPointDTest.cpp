@@ -109,6 +109,11 @@ TEST(CPointD, DeviceConversionsThroughScaleAndOffsetFlipY)
     EXPECT_EQ(lp.x, 23); // 22.5 rounds away from zero
     EXPECT_EQ(lp.y, -30);
     EXPECT_EQ(CPointD(-3.25, 0).PCtoLP(10.0, decalage).x, -23);
+    // Far points clamp to the device range instead of overflowing.
+    const CPoint loin = CPointD(1e12, -1e12).PCtoLP(10.0, decalage);
+    EXPECT_EQ(loin.x, INT32_MAX);
+    EXPECT_EQ(loin.y, INT32_MAX);
+    EXPECT_EQ(CPointD(-1e12, 0).PCtoLP(10.0, decalage).x, INT32_MIN);
 
     CPointD p;
     p.LPtoPC(CPoint(23, -30), 10.0, decalage);

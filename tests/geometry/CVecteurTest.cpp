@@ -128,6 +128,10 @@ TEST(CVecteur, AppartientPlanSidesAndOnLineCodes)
     // On the line within 1e-10 of the cross product (the direction has length 10).
     EXPECT_EQ(v.AppartientPlan(CPointD(5, 0.9e-11), CPointD(5, 1)), 1);
     EXPECT_EQ(v.AppartientPlan(CPointD(5, 1), CPointD(5, 1.1e-11)), 0);
+    // "Same side" needs the product of the two cross products above 1e-10: two
+    // points hardly off the line on the same side read as opposite sides.
+    EXPECT_EQ(v.AppartientPlan(CPointD(5, 2e-6), CPointD(6, 2e-6)), 0);
+    EXPECT_EQ(v.AppartientPlan(CPointD(5, 1e-7), CPointD(6, 1e-7)), -1);
 }
 
 TEST(CVecteur, NewtonOrthogonalAndCollinearComponents)

@@ -97,6 +97,8 @@ TEST(sup_point_aligne, RemovesPointsOnTheLineOfTheirNeighbours)
     EXPECT_EQ(sup_point_aligne(&repete.d, 1e-9), 3);
     Liste pointe({{0, 0}, {3, 0}, {1, 0}, {1, 1}});
     EXPECT_EQ(sup_point_aligne(&pointe.d, 1e-9), 4);
+    Liste arriere({{0, 0}, {-1, 0}, {2, 0}, {2, 1}});
+    EXPECT_EQ(sup_point_aligne(&arriere.d, 1e-9), 4);
 
     // Fewer than three points: unchanged.
     Liste deux({{0, 0}, {0, 0}});

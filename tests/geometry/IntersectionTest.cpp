@@ -144,4 +144,11 @@ TEST(AppartientAContour, RayThroughVerticesCountsEachOnce)
     EXPECT_EQ(AppartientAContour(encoche, {3, 1}), -1);
     EXPECT_EQ(AppartientAContour(encoche, {1, 1.5}), -1);
     EXPECT_EQ(AppartientAContour(encoche, {1, 1}), 3);
+
+    // Just above a left vertex (within 1e-8): the edge ending there from below still
+    // counts, the edge leaving it upwards does not.
+    const CArray<ptD, ptD> pointe = Contour({{0, 0}, {3, 0}, {3, 2}, {0, 2}, {-1, 1}});
+    EXPECT_EQ(AppartientAContour(pointe, {1, 1 + 0.5e-8}), 0);
+    EXPECT_EQ(AppartientAContour(pointe, {1, 1 - 0.5e-8}), 0);
+    EXPECT_EQ(AppartientAContour(pointe, {-2, 1 + 0.5e-8}), -1);
 }
