@@ -180,7 +180,7 @@ FireResult RunFire(const FireInput& in, const ProgressFn& progress)
                 for (int j = 0; j < cols && j < (int)t.m_T1[i].GetSize(); ++j)
                 {
                     // Material cells only: gas, air and cavities are left blank.
-                    bool inside = in.method == Method::Dtu ? t.m_T1[i][j] >= 0
+                    bool inside = in.method == Method::Dtu ? t.m_T1[i][j] >= 0 && j > 0 && j < cols - 1
                                   : (i < (int)t.m_Masque.GetSize() && j < (int)t.m_Masque[i].GetSize() &&
                                      t.m_Masque[i][j] > 0);
                     if (inside)

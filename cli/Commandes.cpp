@@ -221,7 +221,7 @@ int SectionCommand(const Options& o)
             svg.Outline(c, "#1f4e9a", 2.0);
         for (const Contour& c : in.openings)
             svg.Outline(c, "#9a1f1f", 1.5, true);
-        double half = 0.6 * size;
+        double half = 0.45 * size;
         Point2 g{xg, yg};
         for (double a : {s.Angle, s.Angle + kPi / 2})
             svg.Line({g.x - half * std::cos(a), g.y - half * std::sin(a)}, {g.x + half * std::cos(a), g.y + half * std::sin(a)},

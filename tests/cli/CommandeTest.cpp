@@ -26,7 +26,7 @@ std::string WriteText(const ScratchDir& dir, const char* name, const std::string
 }
 
 // Runs the program; returns its exit status, with standard output and error captured.
-int Run(const std::string& args, std::string* out, std::string* err, const ScratchDir& dir)
+int RunProgram(const std::string& args, std::string* out, std::string* err, const ScratchDir& dir)
 {
     std::string o = dir.Utf8() + "/stdout.txt", e = dir.Utf8() + "/stderr.txt";
     std::string cmd = std::string(PREFA_PROGRAM) + " " + args + " >" + o + " 2>" + e;
@@ -115,7 +115,9 @@ TEST(FireCalculation, ABarAtACellCentreReadsThatCell)
         for (int i = 0; i < (int)t.m_T1.GetSize(); ++i)
             for (int j = 0; j < (int)t.m_T1[i].GetSize(); ++j)
             {
-                bool section = m == Method::Dtu ? t.m_T1[i][j] >= 0 : t.m_Masque[i][j] > 0;
+                // DTU: columns 0 and n-1 are the mirrored borders, not section cells.
+                const int n = (int)t.m_T1[i].GetSize();
+                bool section = m == Method::Dtu ? t.m_T1[i][j] >= 0 && j > 0 && j < n - 1 : t.m_Masque[i][j] > 0;
                 if (section)
                     t.m_T1[i][j] = 100.0 + i * 37.0 + j;
             }
@@ -165,15 +167,15 @@ TEST(Program, BadInputExitsWithStatusTwoAndWritesNothing)
     ScratchDir dir;
     std::string file = WriteText(dir, "bad.json", R"({"outline": [[0,0],[1,0],[1,1],[0,1]], "duration": -1})");
     std::string out, err;
-    EXPECT_EQ(2, Run("fire " + file + " --out " + dir.Utf8(), &out, &err, dir));
+    EXPECT_EQ(2, RunProgram("fire " + file + " --out " + dir.Utf8(), &out, &err, dir));
     EXPECT_EQ(1, std::count(err.begin(), err.end(), '\n')) << err;
     EXPECT_NE(std::string::npos, err.find(file + ": duration: a duration must be positive")) << err;
     EXPECT_FALSE(Exists(dir / L"fire.svg"));
-    EXPECT_EQ(2, Run("fire --frobnicate", &out, &err, dir));
-    EXPECT_EQ(2, Run("nonsense", &out, &err, dir));
-    EXPECT_EQ(0, Run("fire --help", &out, &err, dir));
+    EXPECT_EQ(2, RunProgram("fire --frobnicate", &out, &err, dir));
+    EXPECT_EQ(2, RunProgram("nonsense", &out, &err, dir));
+    EXPECT_EQ(0, RunProgram("fire --help", &out, &err, dir));
     EXPECT_NE(std::string::npos, out.find("\"outline\"")) << out;
-    EXPECT_EQ(0, Run("section --help", &out, &err, dir));
+    EXPECT_EQ(0, RunProgram("section --help", &out, &err, dir));
 }
 
 TEST(Program, JsonResultsAreTheLibrarysOwnLookups)
@@ -183,7 +185,7 @@ TEST(Program, JsonResultsAreTheLibrarysOwnLookups)
     std::snprintf(text, sizeof text, kSmall, "ec2");
     std::string file = WriteText(dir, "small.json", text);
     std::string out, err;
-    ASSERT_EQ(0, Run("fire " + file + " --json --out " + dir.Utf8(), &out, &err, dir)) << err;
+    ASSERT_EQ(0, RunProgram("fire " + file + " --json --out " + dir.Utf8(), &out, &err, dir)) << err;
     nlohmann::json j = nlohmann::json::parse(out);
     double reported = j["bars"][0]["temperatures"][0].get<double>();
 
@@ -197,6 +199,13 @@ TEST(Program, JsonResultsAreTheLibrarysOwnLookups)
     CArray<CPolygone, CPolygone> noZones;
     CTemperatureGenerale t;
     t.InitTableDonnees(section, 0.25, CTemperatureGenerale::EC2, none, 0, noZones, 0, noZones, 0.01, 0, 0, 0, 0, 0, 0);
+    // Heated on every face: the strip of concrete that the full-width mesh lays over
+    // the section (row 1) is fire-side gas instead.
+    for (INT_PTR j = 0; j < t.m_Masque[1].GetSize(); ++j)
+    {
+        ASSERT_EQ(11.0, t.m_Masque[1][j]);
+        t.m_Masque[1][j] = t.m_T1[1][j] = -1.0;
+    }
     ASSERT_EQ(0, t.CalculTemperatureEC2(0, 0.25, 0.015, 0.0, CTemperatureGenerale::MONTEE_NORMALE, GRANULAT_SILICEUX, 0));
     // Grid methods count columns from m_dXOrigine: with the origin at half the grid's
     // width, the lookup's x is measured from the section's centre line.
@@ -215,11 +224,11 @@ TEST(Program, DtuReportsRisesAndCriteria)
     std::snprintf(text, sizeof text, kSmall, "dtu");
     std::string file = WriteText(dir, "small.json", text);
     std::string out, err;
-    ASSERT_EQ(0, Run("fire " + file + " --json --no-picture", &out, &err, dir)) << err;
+    ASSERT_EQ(0, RunProgram("fire " + file + " --json --no-picture", &out, &err, dir)) << err;
     nlohmann::json j = nlohmann::json::parse(out);
     EXPECT_EQ("rise_K", j["unit"].get<std::string>());
     EXPECT_TRUE(j.contains("criteria_minutes"));
-    ASSERT_EQ(0, Run("fire " + file + " --no-picture", &out, &err, dir)) << err;
+    ASSERT_EQ(0, RunProgram("fire " + file + " --no-picture", &out, &err, dir)) << err;
     EXPECT_NE(std::string::npos, out.find("unexposed face: mean rise 140 K at")) << out;
 }
 
@@ -227,7 +236,7 @@ TEST(Program, SectionPropertiesOfTheExample)
 {
     ScratchDir dir;
     std::string out, err;
-    ASSERT_EQ(0, Run("section --json --out " + dir.Utf8(), &out, &err, dir)) << err;
+    ASSERT_EQ(0, RunProgram("section --json --out " + dir.Utf8(), &out, &err, dir)) << err;
     nlohmann::json j = nlohmann::json::parse(out);
     // Unequal angle 0.20 x 0.10 x 0.02: two rectangles.
     const double a1 = 0.02 * 0.20, a2 = 0.08 * 0.02;
@@ -252,7 +261,7 @@ TEST(Program, FirePictureHasFieldLegendIsothermsAndBars)
     std::snprintf(text, sizeof text, kSmall, "itbtp");
     std::string file = WriteText(dir, "small.json", text);
     std::string out, err;
-    ASSERT_EQ(0, Run("fire " + file + " --out " + dir.Utf8(), &out, &err, dir)) << err;
+    ASSERT_EQ(0, RunProgram("fire " + file + " --out " + dir.Utf8(), &out, &err, dir)) << err;
     EXPECT_NE(std::string::npos, out.find("bar temperatures")) << out;
     std::vector<BYTE> svg = ReadAll(dir / L"fire.svg");
     std::string s(svg.begin(), svg.end());
