@@ -68,7 +68,9 @@ public:
     // components below 1e-9 snapped to 0); (0,0) on a singular step.
     // Components of a vector of length L perpendicular to this one, on its left.
     CPointD VecteurOrthogonal(double L) const;
-    // Components of a vector of length L with this direction and sense.
+    // Components of a vector of length L with this direction and sense. There is no
+    // special start here: a direction with dx = 2 dy makes the first step singular
+    // and gives (0,0), as the reference construction does.
     CPointD VecteurColineaire(double L) const;
     // Foot of the perpendicular from p on the infinite line; arrondi non-zero snaps
     // coordinates below 1e-9 to 0.
@@ -88,11 +90,15 @@ public:
     // Crossing of the two lines by Donne_Intersection; its code goes to *trouve
     // (when not null); (0,0) when there is none.
     CPointD Intersection(const CVecteur& w, double tol, int* trouve) const;
-    // Overlap of two (nearly) collinear segments; 1 when found.
+    // Overlap of two (nearly) collinear segments; 1 when found (result untouched
+    // otherwise). angleTol is in degrees; tolA is the distance allowed beyond an end
+    // and tolB the on-line tolerance of AppartientAVecteur (-1.0 meaning 1e-10).
     int VecteurIntersection(const CVecteur& w, CVecteur* result, int bPoint = 0,
                             double angleTol = 0.0, double tolA = 1e-10,
                             double tolB = -1.0) const;
-    // Union of two nearly collinear overlapping segments; 1 when found.
+    // Union of two nearly collinear overlapping segments; 1 when found. Each end of
+    // the union is this vector's, unless the overlap starts (ends) at this vector's
+    // own end, where the other segment reaches further and gives it.
     int VecteurUnion(const CVecteur& w, CVecteur* result, double tol) const;
 
     // Extremity moved by +/- w's direction; return a copy.

@@ -30,22 +30,33 @@ int superposition_elements(double x1min, double y1min, double x1max, double y1ma
 // Gauss-Jordan with column pivoting on a 3x3 system (matrix row by row);
 // 0 on success, -1 when a pivot is below 1e-18.
 int Resous_Systeme(const double a[9], const double b[3], double x[3]);
-// Crossing of the lines of segments 1 and 2, stored in *x, *y. Returns 0 when
-// parallel (or no convergence), 3 on both segments, 1 on segment 1 only, 2 on
-// segment 2 only, -1 on neither (within tol of a segment counts as on it).
+// Crossing of the lines of segments 1 and 2, stored in *x, *y (left untouched when
+// 0 is returned). Returns 0 when parallel (cross product of the directions below
+// 1e-10) or without convergence, 3 on both segments, 1 on segment 1 only, 2 on
+// segment 2 only, -1 on neither (Appartient_Voisinage with tol squared).
+// Newton unknowns: the point (X, Y) and its parameter t along segment 2, with both
+// lines in implicit form so that the +/-1e10 construction lines converge; at most
+// 10 steps, stopping when the corrections sum to <= 1e-7.
 int Donne_Intersection(double x1, double y1, double x2, double y2, double x3, double y3,
                        double x4, double y4, double* x, double* y, double tol);
 // Orthogonal projection of (px, py) on the line (x0, y0)-(x1, y1), stored in
 // *xp, *yp; non-zero when it falls on the segment (tolerance 1e-7).
 int Projection_Point_Sur_Droite(double x0, double y0, double x1, double y1, double px,
                                 double py, double* xp, double* yp);
-// 1 when the point lies within sqrt(tol2) of the segment, inside its box.
+// 1 when the point equals an end (1e-10), lies within sqrt(tol2) of an end, or lies
+// within sqrt(tol2) of the segment's line inside the segment's box widened by 1e-7.
 int Appartient_Voisinage(double px, double py, double x0, double y0, double x1, double y1,
                          double tol2);
-// -1 outside, 0 inside, k >= 1 on edge k (1-based) of the closed contour; 1e-8.
+// -1 outside, 0 inside, k >= 1 on edge k (1-based) of the closed contour. Crossing
+// count with tolerance 1e-8, "within 1e-8" being inclusive; the first edge found on
+// the boundary gives k.
 int AppartientAContour(const CArray<ptD, ptD>& contour, const ptD& p);
 // Signed area of the linked contour (positive counter-clockwise); 0 for null/empty.
 double Surface_Contour_Polygone(const l2ch_descrip* liste);
 // Removes aligned points from the linked contour (freed with free()); returns the
-// point count left. Lists of fewer than 3 points are left unchanged.
+// point count left. A point is aligned when it lies within tol (a distance, at least
+// 1e-10) of the line through its two neighbours and between them (within tol), the
+// contour being closed; a spike turning back along itself stays. Removal repeats
+// until nothing changes or two points remain. Lists of fewer than 3 points are left
+// unchanged.
 int sup_point_aligne(l2ch_descrip* liste, double tol);
