@@ -119,7 +119,9 @@ TEST(BilanThermique, SlabAgreesWithOneDimensionalEurocode2Solution)
             EXPECT_NEAR(t.GetT1(n - i, largeur / 2), ref[i], 1e-9) << "cell " << i;
         EXPECT_GT(ref[0], 500.0); // the fire did reach the slab
         if (nonExpose)
+        {
             EXPECT_LT(ref[n - 1], ref[0]);
+        }
     }
 }
 

@@ -307,7 +307,9 @@ TEST(MaillageThermique, MeshAndLookupAgree)
             }
             EXPECT_GE(testes, 300);
             if (option != 1) // with option 1 the outside beside the section is unexposed air
+            {
                 EXPECT_GE(bord, 30);
+            }
         }
     }
 }
