@@ -2,6 +2,8 @@
 // archive form and the study file.
 #include "thermal/CTemperatureGenerale.h"
 
+#include "project/FichierArchive.h"
+
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
 
@@ -184,40 +186,17 @@ void CTemperatureGenerale::Serialize(CArchive& ar)
 
 void CTemperatureGenerale::Lecture(CString nom, int numero)
 {
-    const CString chemin = Compose_Fichier_Etudes(nom, L"TEMPER.", numero);
-    CFile fichier;
-    if (!fichier.Open(chemin, CFile::modeRead | CFile::shareDenyWrite | CFile::typeBinary))
-        return;
-    CArchive ar(&fichier, CArchive::load, 4096);
-    Serialize(ar);
-    ar.Close();
-    fichier.Close();
+    // A missing or locked file changes nothing; a malformed one raises.
+    SerialiseFichier(Compose_Fichier_Etudes(nom, L"TEMPER.", numero), false, nullptr,
+                     [this](CArchive& ar) { Serialize(ar); });
 }
 
 void CTemperatureGenerale::Ecriture(CString nom, int numero)
 {
-    const CString chemin = Compose_Fichier_Etudes(nom, L"TEMPER.", numero);
-    // Written beside the target and moved over it on Close, so that a failed save
-    // keeps the previous field.
-    CMirrorFile fichier;
+    // Saved through a mirror file: a failed save keeps the previous field.
     CFileException erreur;
-    if (!fichier.Open(chemin, CFile::modeCreate | CFile::modeWrite | CFile::typeBinary, &erreur))
-    {
+    if (!SerialiseFichierRapporte(Compose_Fichier_Etudes(nom, L"TEMPER.", numero), true, &erreur,
+                                  [this](CArchive& ar) { Serialize(ar); }))
         MessErreur(L"IDENTERR_2133", L"TemperatureGenerale", 4705, &erreur, AfxGetLibraryModuleName(),
                    IDS_PREFA_ERREUR_FICHIER, L"", L"");
-        return;
-    }
-    CArchive ar(&fichier, CArchive::store, 4096);
-    Serialize(ar);
-    ar.Close();
-    try
-    {
-        fichier.Close();
-    }
-    catch (CFileException* e)
-    {
-        MessErreur(L"IDENTERR_2133", L"TemperatureGenerale", 4705, e, AfxGetLibraryModuleName(),
-                   IDS_PREFA_ERREUR_FICHIER, L"", L"");
-        e->Delete();
-    }
 }
