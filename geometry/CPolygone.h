@@ -29,6 +29,11 @@
 //   signs no clipping is done. mode is the PolyClipping mode passed on (0: pieces
 //   touching at a single point come out as separate contours; 1: they may stay one
 //   contour, the clipping library's plain output).
+// - With one distance d for every side, a piece of the cut raw offset is kept only
+//   when each of its vertices lies at least d (less 1e-9 relative) from every side
+//   of the contour, before and after the clipping: cutting at crossings and dropping
+//   the loops that run backwards leaves, near short sides and sharp corners, loops
+//   that run forwards yet are too close to the contour or outside it.
 // - When the offset splits the contour into several pieces, the piece of largest
 //   area is kept; when it collapses (contour narrower than twice the distance) the
 //   polygon becomes empty. Both still return 0.

@@ -2,7 +2,10 @@
 #include "geometry/CListePolygone.h"
 #include "geometry/Routines.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace
@@ -24,6 +27,67 @@ double AireSignee(const std::vector<CPointD>& pts)
     }
     return aire;
 }
+
+// Squared distance from (px, py) to the segment a-b.
+double Distance2Segment(double px, double py, const CPointD& a, const CPointD& b)
+{
+    const double dx = b.x - a.x, dy = b.y - a.y;
+    const double l2 = dx * dx + dy * dy;
+    double t = l2 > 0.0 ? ((px - a.x) * dx + (py - a.y) * dy) / l2 : 0.0;
+    t = std::max(0.0, std::min(1.0, t));
+    const double ex = a.x + t * dx - px, ey = a.y + t * dy - py;
+    return ex * ex + ey * ey;
+}
+
+// Whether every vertex of the piece keeps at least the distance d (less a rounding
+// margin) from every side of the contour. Cutting a raw offset at its crossings and
+// dropping the loops that run backwards leaves, around short sides and sharp
+// corners, a few loops that run forwards yet lie too close to the contour (or out
+// of it); this finds them. Sides are sorted on their lower x so that each vertex
+// only looks at the sides within reach.
+class ControleDistance
+{
+public:
+    ControleDistance(const std::vector<CPointD>& pts, double d) : m_pts(pts), m_d(std::fabs(d))
+    {
+        const std::size_t n = pts.size();
+        m_cotes.resize(n);
+        for (std::size_t i = 0; i < n; ++i)
+        {
+            const CPointD& a = pts[i];
+            const CPointD& b = pts[(i + 1) % n];
+            m_cotes[i] = {std::min(a.x, b.x), i};
+            m_largeur = std::max(m_largeur, std::fabs(b.x - a.x));
+        }
+        std::sort(m_cotes.begin(), m_cotes.end());
+    }
+
+    bool Respecte(const CPolygone& piece) const
+    {
+        const double marge = m_d - 1e-9 * (1.0 + m_d);
+        const double marge2 = marge > 0.0 ? marge * marge : 0.0;
+        const std::size_t n = m_pts.size();
+        for (POSITION pos = piece.GetHeadPosition(); pos;)
+        {
+            const CPointD v = piece.GetPointNext(pos);
+            auto it = std::lower_bound(m_cotes.begin(), m_cotes.end(),
+                                       std::make_pair(v.x - m_d - m_largeur, (std::size_t)0));
+            for (; it != m_cotes.end() && it->first <= v.x + m_d; ++it)
+            {
+                const std::size_t i = it->second;
+                if (Distance2Segment(v.x, v.y, m_pts[i], m_pts[(i + 1) % n]) < marge2)
+                    return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    const std::vector<CPointD>& m_pts;
+    double m_d;
+    double m_largeur = 0.0;
+    std::vector<std::pair<double, std::size_t>> m_cotes;
+};
 } // namespace
 
 int CPolygone::PointsIdentiques(int bSupprime, double tol)
@@ -244,6 +308,30 @@ int CPolygone::Decale(CPtrList* distances, int mode)
         for (POSITION pos = morceaux.GetHeadPosition(); pos;)
             morceaux.GetNext(pos)->EliminePointSingulier(0, 1.5);
     }
+    // With one distance for every side, the pieces too close to the contour go,
+    // before the clipping and again after it (a piece that left the contour comes
+    // back from the clipping with vertices on its sides).
+    bool uniforme = true;
+    for (double v : dist)
+        uniforme = uniforme && v == dist.front();
+    std::unique_ptr<ControleDistance> controle;
+    if (uniforme && dist.front() != 0.0)
+        controle.reset(new ControleDistance(pts, dist.front()));
+    auto filtre = [&controle](CListePolygone& l) {
+        if (!controle)
+            return;
+        for (POSITION pos = l.GetHeadPosition(); pos;)
+        {
+            POSITION courante = pos;
+            CPolygone* m = l.GetNext(pos);
+            if (!controle->Respecte(*m))
+            {
+                l.RemoveAt(courante);
+                delete m;
+            }
+        }
+    };
+    filtre(morceaux);
 
     CListePolygone resultat;
     for (POSITION pos = morceaux.GetHeadPosition(); pos;)
@@ -258,6 +346,7 @@ int CPolygone::Decale(CPtrList* distances, int mode)
             resultat.AddTail(new CPolygone(*m));
     }
 
+    filtre(resultat);
     const CPolygone* garde = nullptr;
     double aireMax = 0.0;
     for (POSITION pos = resultat.GetHeadPosition(); pos;)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
 using namespace prefa_test;
 
@@ -205,4 +206,33 @@ TEST(CListePolygone, UnionMergesCloseContoursOnly)
     m.AddTail(new CPolygone(Poly({{1.5, 0}, {2.5, 0}, {2.5, 1}, {1.5, 1}})));
     m.Union(0.1, 1);
     EXPECT_EQ(m.GetCount(), 2);
+}
+
+TEST(CListePolygone, RandomTanglesComeOutSimpleAndOffsetsStayInside)
+{
+    std::mt19937 gen(7);
+    std::uniform_real_distribution<double> u(0.0, 10.0);
+    std::uniform_int_distribution<int> taille(4, 14);
+    for (int essai = 0; essai < 300; ++essai)
+    {
+        CPolygone p;
+        const int n = taille(gen);
+        for (int i = 0; i < n; ++i)
+            p.AddTail(u(gen), u(gen));
+        CListePolygone l;
+        l.RendRegulier(p, 0);
+        ASSERT_GE(l.GetCount(), 1);
+        for (POSITION pos = l.GetHeadPosition(); pos;)
+        {
+            CPolygone* m = l.GetNext(pos);
+            EXPECT_NE(m->Regulier(), 2) << essai;
+            EXPECT_GE(Aire(*m), 0.0) << essai;
+        }
+        // An inward offset of any simple piece never leaves it.
+        CPolygone piece = *l.GetHead();
+        CPolygone decale = piece;
+        EXPECT_EQ(decale.Decale(0.3, 0), piece.GetCount() < 3 ? 1 : 0);
+        for (POSITION pos = decale.GetHeadPosition(); pos;)
+            EXPECT_GE(piece.AppartientAPolygone(decale.GetPointNext(pos)), 0) << essai;
+    }
 }

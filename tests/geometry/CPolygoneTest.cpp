@@ -8,6 +8,7 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <random>
 
 using namespace prefa_test;
@@ -267,7 +268,8 @@ TEST(CPolygone, ArchiveFormIsCountThenCoordinates)
                   Load(Bytes().i32(0x7FFFFFFF).f64(1).f64(2).b, [&](CArchive& ar) { r.Serialize(ar); });
               }),
               (int)CArchiveException::endOfFile);
-    EXPECT_TRUE(RUNTIME_CLASS(CPolygone)->CreateObject()->IsKindOf(RUNTIME_CLASS(CPolygone)));
+    std::unique_ptr<CObject> cree(RUNTIME_CLASS(CPolygone)->CreateObject());
+    EXPECT_TRUE(cree->IsKindOf(RUNTIME_CLASS(CPolygone)));
 }
 
 TEST(CPolygone, ForeignContainersRoundTrip)
