@@ -255,23 +255,8 @@ void CPolygone::InverseSens()
     Invalide();
 }
 
-CVecteur CPolygone::CotePremier()
+CVecteur CPolygone::AvanceCote()
 {
-    if (m_Points.GetCount() < 2)
-        AfxThrowInvalidArgException();
-    POSITION pos = m_Points.GetHeadPosition();
-    const CPointD* a = m_Points.GetNext(pos);
-    m_posCote = pos;
-    m_pFinCote = m_Points.GetAt(pos);
-    return CVecteur(*a, *m_pFinCote);
-}
-
-CVecteur CPolygone::CoteSuivant()
-{
-    if (m_Points.GetCount() < 2)
-        AfxThrowInvalidArgException();
-    if (m_posCote == nullptr)
-        return CotePremier();
     POSITION pos = m_posCote;
     const CPointD* a = m_Points.GetNext(pos);
     if (pos == nullptr)
@@ -279,6 +264,23 @@ CVecteur CPolygone::CoteSuivant()
     m_posCote = pos;
     m_pFinCote = m_Points.GetAt(pos);
     return CVecteur(*a, *m_pFinCote);
+}
+
+CVecteur CPolygone::CotePremier()
+{
+    if (m_Points.GetCount() < 2)
+        AfxThrowInvalidArgException();
+    m_posCote = m_Points.GetHeadPosition();
+    return AvanceCote();
+}
+
+CVecteur CPolygone::CoteSuivant()
+{
+    if (m_Points.GetCount() < 2)
+        AfxThrowInvalidArgException();
+    if (m_posCote == nullptr)
+        m_posCote = m_Points.GetHeadPosition();
+    return AvanceCote();
 }
 
 CVecteur CPolygone::CoteDernier()

@@ -198,6 +198,8 @@ protected:
 
 private:
     void CopiePoints(const CPolygone& p);
+    // The side from the cursor's point to the next one (wrapping); moves the cursor.
+    CVecteur AvanceCote();
 
     CTypedPtrList<CPtrList, CPointD*> m_Points;
     POSITION m_posCote = nullptr;
