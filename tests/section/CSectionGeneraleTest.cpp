@@ -224,5 +224,19 @@ TEST(CSectionGenerale, SectionFileSaveLoadAndErrors)
         EXPECT_GE(texte.Find(_T(" - 694\n")), 0);
     }
     EXPECT_EQ(ReadAll(nom), bytes);
+
+    // The final replacement fails (the name is taken by a folder): reported, and
+    // the mirror's temporary file does not stay behind.
+    std::filesystem::create_directories(dir.Utf8() + "/E1/SECTION.05/x");
+    {
+        MessageBoxCapture boxes;
+        EXPECT_EQ(s.Ecriture(_T("E1"), 5), 0);
+        ASSERT_EQ(boxes.boxes.size(), 1u);
+        EXPECT_GE(boxes.boxes[0].text.Find(_T("IDENTERR_2066")), 0);
+    }
+    int fichiers = 0;
+    for (const auto& e : std::filesystem::directory_iterator(dir.Utf8() + "/E1"))
+        fichiers += e.is_regular_file();
+    EXPECT_EQ(fichiers, 2); // SECTION.07 and SECTION.09 only
     AnnuleDefinitionEnvironnement();
 }
