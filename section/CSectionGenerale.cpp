@@ -2,6 +2,7 @@
 // section file.
 #include "section/CSectionGenerale.h"
 
+#include "project/FichierArchive.h"
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
 
@@ -182,50 +183,24 @@ void CSectionGenerale::Serialize(CArchive& ar)
 
 int CSectionGenerale::Lecture(CString fichier, int n)
 {
-    const CString nom = Compose_Fichier_Etudes(fichier, _T("SECTION."), n);
-    CFile f;
-    if (!f.Open(nom, CFile::modeRead | CFile::shareDenyWrite | CFile::typeBinary))
-        return 0;
-    // Loaded aside, so that a truncated file raises its archive exception and
-    // leaves this object as it was.
+    // Loaded aside, so that a truncated file raises its archive exception and leaves
+    // this object as it was; a file that does not open is ignored quietly.
     CSectionGenerale lu;
-    {
-        CArchive ar(&f, CArchive::load, 4096);
-        lu.Serialize(ar);
-        ar.Close();
-    }
-    f.Close();
+    if (!SerialiseFichier(Compose_Fichier_Etudes(fichier, _T("SECTION."), n), false, nullptr,
+                          [&lu](CArchive& ar) { lu.Serialize(ar); }))
+        return 0;
     CopySectionGenerale(lu);
     return 1;
 }
 
 int CSectionGenerale::Ecriture(CString fichier, int n)
 {
-    const CString nom = Compose_Fichier_Etudes(fichier, _T("SECTION."), n);
-    const CString module = AfxGetLibraryModuleName();
-    CMirrorFile f;
+    // Saved through a mirror file: a failed save keeps the previous file.
     CFileException fe;
-    if (!f.Open(nom, CFile::modeCreate | CFile::modeWrite | CFile::typeBinary, &fe))
-    {
-        MessErreur(_T("IDENTERR_2066"), _T("General"), 694, &fe, module, IDS_PREFA_ERREUR_FICHIER,
-                   _T(""), _T(""));
-        return 0;
-    }
-    try
-    {
-        CArchive ar(&f, CArchive::store, 4096);
-        Serialize(ar);
-        ar.Close();
-        f.Close();
-    }
-    catch (CFileException* e)
-    {
-        // The mirror is dropped: the previous file stays as it was.
-        f.Abort();
-        MessErreur(_T("IDENTERR_2066"), _T("General"), 694, e, module, IDS_PREFA_ERREUR_FICHIER,
-                   _T(""), _T(""));
-        e->Delete();
-        return 0;
-    }
-    return 1;
+    if (SerialiseFichierRapporte(Compose_Fichier_Etudes(fichier, _T("SECTION."), n), true, &fe,
+                                 [this](CArchive& ar) { Serialize(ar); }))
+        return 1;
+    MessErreur(_T("IDENTERR_2066"), _T("General"), 694, &fe, AfxGetLibraryModuleName(), IDS_PREFA_ERREUR_FICHIER,
+               _T(""), _T(""));
+    return 0;
 }
