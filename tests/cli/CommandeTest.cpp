@@ -217,6 +217,47 @@ TEST(Program, JsonResultsAreTheLibrarysOwnLookups)
     EXPECT_TRUE(Exists(dir / L"fire.svg"));
 }
 
+TEST(Program, TheExampleGivesTheLibrarysBarTemperatures)
+{
+    ScratchDir dir;
+    std::string out, err;
+    ASSERT_EQ(0, RunProgram("fire --json --no-picture", &out, &err, dir)) << err;
+    nlohmann::json j = nlohmann::json::parse(out);
+    ASSERT_EQ(4u, j["bars"].size());
+
+    // The example written directly against the library: a 0.30 x 0.60 m beam heated on
+    // every face by the standard fire, Eurocode 2, 5 mm cells, one run per duration.
+    const double bars[4][2] = {{0.05, 0.05}, {0.25, 0.05}, {0.05, 0.55}, {0.25, 0.55}};
+    const double durations[4] = {0.5, 1.0, 1.5, 2.0};
+    for (int k = 0; k < 4; ++k)
+    {
+        CPolygone beam;
+        beam.AddTail(0.0, 0.0);
+        beam.AddTail(0.30, 0.0);
+        beam.AddTail(0.30, 0.60);
+        beam.AddTail(0.0, 0.60);
+        CListePolygone none;
+        CArray<CPolygone, CPolygone> noZones;
+        CTemperatureGenerale t;
+        t.InitTableDonnees(beam, durations[k], CTemperatureGenerale::EC2, none, 0, noZones, 0, noZones, 0.005, 0, 0, 0,
+                           0, 0, 0);
+        for (INT_PTR c = 0; c < t.m_Masque[1].GetSize(); ++c)
+            t.m_Masque[1][c] = t.m_T1[1][c] = -1.0; // fire above too, not the floor strip
+        ASSERT_EQ(0, t.CalculTemperatureEC2(0, durations[k], 0.015, 0.0, CTemperatureGenerale::MONTEE_NORMALE,
+                                            GRANULAT_SILICEUX, 0));
+        t.m_dXOrigine = t.GetNbColonnes() * t.GetDELX() * 0.5;
+        for (int b = 0; b < 4; ++b)
+        {
+            double direct = t.T(bars[b][0] - 0.15, bars[b][1]);
+            EXPECT_EQ(direct, j["bars"][b]["temperatures"][k].get<double>()) << "bar " << b << " at " << durations[k];
+        }
+    }
+    // Symmetric beam and exposure: the four corner bars agree, and heat up with time.
+    for (int k = 0; k < 4; ++k)
+        EXPECT_NEAR(j["bars"][0]["temperatures"][k].get<double>(), j["bars"][3]["temperatures"][k].get<double>(), 1e-6);
+    EXPECT_LT(j["bars"][0]["temperatures"][0].get<double>(), j["bars"][0]["temperatures"][3].get<double>());
+}
+
 TEST(Program, DtuReportsRisesAndCriteria)
 {
     ScratchDir dir;
