@@ -10,20 +10,18 @@
 using prefa_geometrie::Accroche;
 using prefa_geometrie::NewtonPlan;
 
-CPointD CVecteur::VecteurOrthogonal(double L) const
+namespace
 {
-    const double ddx = dx();
-    const double ddy = dy();
-    double a = -500.0;
-    double b = 1000.0;
-    // There the usual start makes the first step singular.
-    if (std::fabs(ddy) > 1e-10 && std::fabs(-0.5 - ddx / ddy) < 1e-10)
-        a = -499.0;
+// The vector (a, b) of length L on the line c0 a + c1 b = 0, by Newton iteration from
+// the start given, its small components snapped to 0 and turned so that
+// s0 a + s1 b >= 0; (0, 0) when a step is singular.
+CPointD VecteurDeLongueur(double L, double c0, double c1, double s0, double s1, double a, double b)
+{
     const int r = NewtonPlan(a, b, [&](double u, double v, double* f, double* j) {
-        f[0] = ddx * u + ddy * v;
+        f[0] = c0 * u + c1 * v;
         f[1] = u * u + v * v - L * L;
-        j[0] = ddx;
-        j[1] = ddy;
+        j[0] = c0;
+        j[1] = c1;
         j[2] = 2.0 * u;
         j[3] = 2.0 * v;
     });
@@ -31,12 +29,25 @@ CPointD CVecteur::VecteurOrthogonal(double L) const
         return CPointD(0.0, 0.0);
     a = Accroche(a);
     b = Accroche(b);
-    if (ddx * b - ddy * a < 0.0)
+    if (s0 * a + s1 * b < 0.0)
     {
         a = -a;
         b = -b;
     }
     return CPointD(a, b);
+}
+} // namespace
+
+CPointD CVecteur::VecteurOrthogonal(double L) const
+{
+    const double ddx = dx();
+    const double ddy = dy();
+    double a = -500.0;
+    // There the usual start makes the first step singular.
+    if (std::fabs(ddy) > 1e-10 && std::fabs(-0.5 - ddx / ddy) < 1e-10)
+        a = -499.0;
+    // Perpendicular, on the left of the direction (dx b - dy a >= 0).
+    return VecteurDeLongueur(L, ddx, ddy, -ddy, ddx, a, 1000.0);
 }
 
 // Note: with no special start, a direction with dx = 2 dy makes the first step
@@ -45,26 +56,8 @@ CPointD CVecteur::VecteurColineaire(double L) const
 {
     const double ddx = dx();
     const double ddy = dy();
-    double a = -500.0;
-    double b = 1000.0;
-    const int r = NewtonPlan(a, b, [&](double u, double v, double* f, double* j) {
-        f[0] = ddy * u - ddx * v;
-        f[1] = u * u + v * v - L * L;
-        j[0] = ddy;
-        j[1] = -ddx;
-        j[2] = 2.0 * u;
-        j[3] = 2.0 * v;
-    });
-    if (r != 0)
-        return CPointD(0.0, 0.0);
-    a = Accroche(a);
-    b = Accroche(b);
-    if (ddx * a + ddy * b < 0.0)
-    {
-        a = -a;
-        b = -b;
-    }
-    return CPointD(a, b);
+    // Along the direction, in its sense (dx a + dy b >= 0).
+    return VecteurDeLongueur(L, ddy, -ddx, ddx, ddy, -500.0, 1000.0);
 }
 
 CPointD CVecteur::PointProjeteOrtho(const CPointD& p, int arrondi) const
