@@ -14,6 +14,19 @@ IMPLEMENT_DYNAMIC(CInvalidArgException, CSimpleException)
 IMPLEMENT_DYNAMIC(CArchiveException, CException)
 IMPLEMENT_DYNAMIC(CFileException, CException)
 
+namespace
+{
+// The message of cause nCause from its table (an unknown cause gives nFallback's),
+// naming the file or "an unnamed file".
+CString MessageNommant(const wchar_t* const* texts, int nCount, int nCause, int nFallback, const CString& fileName)
+{
+    int i = (nCause >= 0 && nCause < nCount) ? nCause : nFallback;
+    CString text;
+    text.Format(texts[i], fileName.IsEmpty() ? CString(L"an unnamed file") : fileName);
+    return text;
+}
+} // namespace
+
 BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext) const
 {
     if (pnHelpContext)
@@ -60,11 +73,7 @@ CString CArchiveException::GetMessageText() const
         L"%s contains an unexpected object.",
         L"%s contains an incorrect schema.",
     };
-    int i = (m_cause >= 0 && m_cause <= badSchema) ? m_cause : genericException;
-    CString name = m_strFileName.IsEmpty() ? CString(L"an unnamed file") : m_strFileName;
-    CString text;
-    text.Format(texts[i], name);
-    return text;
+    return MessageNommant(texts, badSchema + 1, m_cause, genericException, m_strFileName);
 }
 
 CFileException::CFileException(int cause, LONG lOsError, LPCTSTR lpszArchiveName)
@@ -91,11 +100,7 @@ CString CFileException::GetMessageText() const
         L"Disk full while accessing %s.",
         L"An attempt was made to access %s past its end.",
     };
-    int i = (m_cause >= 0 && m_cause <= endOfFile) ? m_cause : genericException;
-    CString name = m_strFileName.IsEmpty() ? CString(L"an unnamed file") : m_strFileName;
-    CString text;
-    text.Format(texts[i], name);
-    return text;
+    return MessageNommant(texts, endOfFile + 1, m_cause, genericException, m_strFileName);
 }
 
 void AfxThrowInvalidArgException()
