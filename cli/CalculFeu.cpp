@@ -9,22 +9,6 @@ namespace prefa_cli
 
 namespace
 {
-struct Box
-{
-    double xmin = 1e300, ymin = 1e300, xmax = -1e300, ymax = -1e300;
-};
-
-Box BoxOf(const Contour& c)
-{
-    Box b;
-    for (const Point2& p : c)
-    {
-        b.xmin = std::min(b.xmin, p.x), b.xmax = std::max(b.xmax, p.x);
-        b.ymin = std::min(b.ymin, p.y), b.ymax = std::max(b.ymax, p.y);
-    }
-    return b;
-}
-
 CTemperatureGenerale::TYPE_CALCUL_TEMPERATURE TypeOf(Method m)
 {
     switch (m)
@@ -52,8 +36,7 @@ Point2 LookupPoint(const CTemperatureGenerale& t, const Contour& outline, Point2
     Point2 q{p.x - o.x, p.y - o.y};
     if (t.GetTypeCalcul() != CTemperatureGenerale::DTU)
     {
-        Box b = BoxOf(outline);
-        q.x -= 0.5 * (b.xmax - b.xmin);
+        q.x -= 0.5 * Box().Add(outline).Width();
     }
     return q;
 }
@@ -65,9 +48,8 @@ Point2 CellCentre(const CTemperatureGenerale& t, const Contour& outline, int i, 
     CPointD o = t.GetPtTranslation();
     if (t.GetTypeCalcul() == CTemperatureGenerale::DTU)
         return {o.x + (cols - j - 2) * d + 0.5 * d, o.y + (rows - i - 3) * d + 0.5 * d};
-    Box b = BoxOf(outline);
     double xLookup = t.m_dXOrigine - (j * d + 0.5 * d);
-    return {o.x + 0.5 * (b.xmax - b.xmin) + xLookup, o.y + (rows - i - 2) * d + 0.5 * d};
+    return {o.x + 0.5 * Box().Add(outline).Width() + xLookup, o.y + (rows - i - 2) * d + 0.5 * d};
 }
 
 void Mesh(CTemperatureGenerale& t, const FireInput& in, double duration)

@@ -18,33 +18,12 @@ namespace
 {
 const double kPi = 3.141592653589793;
 
-double SignedArea(const Contour& c)
-{
-    double a = 0;
-    for (std::size_t k = 0; k < c.size(); ++k)
-    {
-        const Point2& p = c[k];
-        const Point2& q = c[(k + 1) % c.size()];
-        a += p.x * q.y - q.x * p.y;
-    }
-    return 0.5 * a;
-}
-
 // The contour turned to the wanted orientation (counter-clockwise when ccw).
 Contour Oriented(Contour c, bool ccw)
 {
     if ((SignedArea(c) > 0) != ccw)
         std::reverse(c.begin(), c.end());
     return c;
-}
-
-void Extend(const Contour& c, double& xmin, double& ymin, double& xmax, double& ymax)
-{
-    for (const Point2& p : c)
-    {
-        xmin = std::min(xmin, p.x), xmax = std::max(xmax, p.x);
-        ymin = std::min(ymin, p.y), ymax = std::max(ymax, p.y);
-    }
 }
 
 std::string Fixed(double v, int decimals)
@@ -112,16 +91,14 @@ int FireCommand(const Options& o)
     bool pictureWritten = false;
     if (!o.noPicture)
     {
-        double xmin = 1e300, ymin = 1e300, xmax = -1e300, ymax = -1e300;
-        Extend(in.outline, xmin, ymin, xmax, ymax);
+        const Box box = Box().Add(in.outline);
         double tmax = 0;
         for (double v : r.field.values)
             if (!std::isnan(v))
                 tmax = std::max(tmax, v);
         double tmin = r.rises ? 0.0 : 20.0;
         double top = std::max(tmin + 100.0, std::ceil(tmax / 100.0) * 100.0);
-        double margin = 0.15 * std::max(xmax - xmin, ymax - ymin);
-        SvgPicture svg(xmin - margin * 0.2, ymin - margin * 0.2, xmax + margin * 0.2, ymax + margin * 0.2);
+        SvgPicture svg(box, 0.03 * std::max(box.Width(), box.Height()));
         svg.Title("prefa fire - " + std::string(MethodName(in.method)) +
                   (in.method == Method::Ec2 ? ", " + std::string(FireCurveName(in.fireCurve)) + " fire" : "") + ", " +
                   Minutes(r.durations.back()));
@@ -210,12 +187,11 @@ int SectionCommand(const Options& o)
     bool pictureWritten = false;
     if (!o.noPicture)
     {
-        double xmin = 1e300, ymin = 1e300, xmax = -1e300, ymax = -1e300;
+        Box box;
         for (const Contour& c : in.contours)
-            Extend(c, xmin, ymin, xmax, ymax);
-        double size = std::max(xmax - xmin, ymax - ymin);
-        double m = 0.1 * size;
-        SvgPicture svg(xmin - m, ymin - m, xmax + m, ymax + m);
+            box.Add(c);
+        const double size = std::max(box.Width(), box.Height());
+        SvgPicture svg(box, 0.1 * size);
         svg.Title("prefa section - area " + Fixed(area, 6) + " m2");
         for (const Contour& c : in.contours)
             svg.Outline(c, "#1f4e9a", 2.0);

@@ -78,14 +78,7 @@ public:
         }
         if (c.size() < 3)
             Fail(field, "a contour needs at least 3 points, it has " + std::to_string(c.size()));
-        double area = 0;
-        for (std::size_t k = 0; k < c.size(); ++k)
-        {
-            const Point2& a = c[k];
-            const Point2& b = c[(k + 1) % c.size()];
-            area += a.x * b.y - b.x * a.y;
-        }
-        if (std::fabs(area) < 1e-12)
+        if (std::fabs(SignedArea(c)) < 0.5e-12)
             Fail(field, "the contour encloses no area");
         return c;
     }
@@ -213,16 +206,11 @@ FireInput FireFromJson(const std::string& source, const json& root)
         in.cell = r.Number(root["cell"], "cell");
     if (in.cell <= 0)
         r.Fail("cell", "the cell side must be positive (metres)");
-    double xmin = 1e300, xmax = -1e300, ymin = 1e300, ymax = -1e300;
-    for (const Point2& p : in.outline)
-    {
-        xmin = std::min(xmin, p.x), xmax = std::max(xmax, p.x);
-        ymin = std::min(ymin, p.y), ymax = std::max(ymax, p.y);
-    }
-    double cells = ((xmax - xmin) / in.cell + 12) * ((ymax - ymin) / in.cell + 4);
+    const Box box = Box().Add(in.outline);
+    double cells = (box.Width() / in.cell + 12) * (box.Height() / in.cell + 4);
     if (cells > kMaxCells)
         r.Fail("cell", "the cell side is too small for this section (more than 25 million cells)");
-    if ((xmax - xmin) < 2 * in.cell || (ymax - ymin) < 2 * in.cell)
+    if (box.Width() < 2 * in.cell || box.Height() < 2 * in.cell)
         r.Fail("cell", "the cell side is too large for this section (fewer than two cells across)");
 
     if (root.contains("fire_curve"))

@@ -25,6 +25,28 @@ Point2 Cross(Point2 a, Point2 b, double va, double vb, double level)
 }
 } // namespace
 
+Box& Box::Add(const Contour& c)
+{
+    for (const Point2& p : c)
+    {
+        xmin = std::min(xmin, p.x), xmax = std::max(xmax, p.x);
+        ymin = std::min(ymin, p.y), ymax = std::max(ymax, p.y);
+    }
+    return *this;
+}
+
+double SignedArea(const Contour& c)
+{
+    double a = 0;
+    for (std::size_t k = 0; k < c.size(); ++k)
+    {
+        const Point2& p = c[k];
+        const Point2& q = c[(k + 1) % c.size()];
+        a += p.x * q.y - q.x * p.y;
+    }
+    return 0.5 * a;
+}
+
 std::string EscapeXml(const std::string& s)
 {
     std::string out;
@@ -114,10 +136,11 @@ std::vector<Segment> Isolines(const ScalarGrid& g, double level)
     return out;
 }
 
-SvgPicture::SvgPicture(double xmin, double ymin, double xmax, double ymax, double widthPixels)
-    : m_xmin(xmin), m_ymin(ymin), m_xmax(xmax), m_ymax(ymax), m_margin(40), m_legendWidth(150)
+SvgPicture::SvgPicture(const Box& box, double margin, double widthPixels)
+    : m_xmin(box.xmin - margin), m_ymin(box.ymin - margin), m_xmax(box.xmax + margin), m_ymax(box.ymax + margin),
+      m_margin(40), m_legendWidth(150)
 {
-    double w = std::max(xmax - xmin, 1e-9), h = std::max(ymax - ymin, 1e-9);
+    double w = std::max(m_xmax - m_xmin, 1e-9), h = std::max(m_ymax - m_ymin, 1e-9);
     m_scale = std::min(widthPixels / w, 1.6 * widthPixels / h);
 }
 

@@ -16,6 +16,18 @@ struct Point2
 
 typedef std::vector<Point2> Contour;
 
+// Bounding box of contours; empty (inverted) until a point is added.
+struct Box
+{
+    double xmin = 1e300, ymin = 1e300, xmax = -1e300, ymax = -1e300;
+    Box& Add(const Contour& c);
+    double Width() const { return xmax - xmin; }
+    double Height() const { return ymax - ymin; }
+};
+
+// Signed area of a contour, positive counter-clockwise.
+double SignedArea(const Contour& c);
+
 // Values on a rectangular grid of cell centres: value(i, j) sits at (xs[j], ys[i]).
 // A value that is not a number has no cell (outside the section).
 struct ScalarGrid
@@ -48,8 +60,8 @@ std::string ColourAt(double t);
 class SvgPicture
 {
 public:
-    // The drawing covers the box [xmin, xmax] x [ymin, ymax] of the plane.
-    SvgPicture(double xmin, double ymin, double xmax, double ymax, double widthPixels = 640);
+    // The drawing covers the box widened by margin on every side.
+    SvgPicture(const Box& box, double margin, double widthPixels = 640);
 
     void Field(const ScalarGrid& grid, double tmin, double tmax);
     void IsothermLines(const ScalarGrid& grid, double step, double tmin, double tmax);

@@ -28,25 +28,24 @@ int main(int argc, char** argv)
     args.erase(args.begin());
     try
     {
-        if (command == "fire")
+        struct Command
         {
+            const char* name;
+            std::string (*help)();
+            int (*run)(const Options&);
+        };
+        static const Command commands[] = {{"fire", FireHelp, FireCommand}, {"section", SectionHelp, SectionCommand}};
+        for (const Command& c : commands)
+        {
+            if (command != c.name)
+                continue;
             Options o = ParseOptions(command, args);
             if (o.help)
             {
-                std::fputs(FireHelp().c_str(), stdout);
+                std::fputs(c.help().c_str(), stdout);
                 return 0;
             }
-            return FireCommand(o);
-        }
-        if (command == "section")
-        {
-            Options o = ParseOptions(command, args);
-            if (o.help)
-            {
-                std::fputs(SectionHelp().c_str(), stdout);
-                return 0;
-            }
-            return SectionCommand(o);
+            return c.run(o);
         }
         std::fprintf(stderr, "prefa: unknown command \"%s\" (fire, section, --help)\n", command.c_str());
         return 2;
