@@ -60,6 +60,30 @@ std::string Message(const std::string& json)
 
 const char* kSmall = R"({"outline": [[0,0],[0.1,0],[0.1,0.1],[0,0.1]], "durations": [0.25], "cell": 0.01,
   "bars": [{"name": "B", "x": 0.05, "y": 0.03}], "method": "%s"})";
+// A rectangular member heated on every face by the standard fire, computed with the
+// library directly (Eurocode 2, siliceous aggregate, moisture 0.015): the strip of
+// concrete that the full-width mesh lays over the section (row 1) is fire-side gas,
+// and the lookup origin is half the grid's width.
+void DirectEc2(CTemperatureGenerale& t, double width, double height, double duration, double cell)
+{
+    CPolygone section;
+    section.AddTail(0.0, 0.0);
+    section.AddTail(width, 0.0);
+    section.AddTail(width, height);
+    section.AddTail(0.0, height);
+    CListePolygone none;
+    CArray<CPolygone, CPolygone> noZones;
+    t.InitTableDonnees(section, duration, CTemperatureGenerale::EC2, none, 0, noZones, 0, noZones, cell, 0, 0, 0, 0,
+                       0, 0);
+    for (INT_PTR c = 0; c < t.m_Masque[1].GetSize(); ++c)
+    {
+        EXPECT_EQ(11.0, t.m_Masque[1][c]);
+        t.m_Masque[1][c] = t.m_T1[1][c] = -1.0;
+    }
+    EXPECT_EQ(0, t.CalculTemperatureEC2(0, duration, 0.015, 0.0, CTemperatureGenerale::MONTEE_NORMALE,
+                                        GRANULAT_SILICEUX, 0));
+    t.m_dXOrigine = t.GetNbColonnes() * t.GetDELX() * 0.5;
+}
 } // namespace
 
 TEST(FireInput, BadInputNamesTheFieldAndWhatIsWrong)
@@ -189,27 +213,11 @@ TEST(Program, JsonResultsAreTheLibrarysOwnLookups)
     nlohmann::json j = nlohmann::json::parse(out);
     double reported = j["bars"][0]["temperatures"][0].get<double>();
 
-    // The same calculation written directly against the library.
-    CPolygone section;
-    section.AddTail(0.0, 0.0);
-    section.AddTail(0.1, 0.0);
-    section.AddTail(0.1, 0.1);
-    section.AddTail(0.0, 0.1);
-    CListePolygone none;
-    CArray<CPolygone, CPolygone> noZones;
+    // The same calculation written directly against the library. Grid methods count
+    // columns from m_dXOrigine: with the origin at half the grid's width, the lookup's
+    // x is measured from the section's centre line.
     CTemperatureGenerale t;
-    t.InitTableDonnees(section, 0.25, CTemperatureGenerale::EC2, none, 0, noZones, 0, noZones, 0.01, 0, 0, 0, 0, 0, 0);
-    // Heated on every face: the strip of concrete that the full-width mesh lays over
-    // the section (row 1) is fire-side gas instead.
-    for (INT_PTR j = 0; j < t.m_Masque[1].GetSize(); ++j)
-    {
-        ASSERT_EQ(11.0, t.m_Masque[1][j]);
-        t.m_Masque[1][j] = t.m_T1[1][j] = -1.0;
-    }
-    ASSERT_EQ(0, t.CalculTemperatureEC2(0, 0.25, 0.015, 0.0, CTemperatureGenerale::MONTEE_NORMALE, GRANULAT_SILICEUX, 0));
-    // Grid methods count columns from m_dXOrigine: with the origin at half the grid's
-    // width, the lookup's x is measured from the section's centre line.
-    t.m_dXOrigine = t.GetNbColonnes() * t.GetDELX() * 0.5;
+    DirectEc2(t, 0.1, 0.1, 0.25, 0.01);
     double direct = t.T(0.05 - t.GetPtTranslation().x - 0.05, 0.03 - t.GetPtTranslation().y);
     EXPECT_EQ(direct, reported);
     EXPECT_GT(reported, 20.0);
@@ -231,21 +239,8 @@ TEST(Program, TheExampleGivesTheLibrarysBarTemperatures)
     const double durations[4] = {0.5, 1.0, 1.5, 2.0};
     for (int k = 0; k < 4; ++k)
     {
-        CPolygone beam;
-        beam.AddTail(0.0, 0.0);
-        beam.AddTail(0.30, 0.0);
-        beam.AddTail(0.30, 0.60);
-        beam.AddTail(0.0, 0.60);
-        CListePolygone none;
-        CArray<CPolygone, CPolygone> noZones;
         CTemperatureGenerale t;
-        t.InitTableDonnees(beam, durations[k], CTemperatureGenerale::EC2, none, 0, noZones, 0, noZones, 0.005, 0, 0, 0,
-                           0, 0, 0);
-        for (INT_PTR c = 0; c < t.m_Masque[1].GetSize(); ++c)
-            t.m_Masque[1][c] = t.m_T1[1][c] = -1.0; // fire above too, not the floor strip
-        ASSERT_EQ(0, t.CalculTemperatureEC2(0, durations[k], 0.015, 0.0, CTemperatureGenerale::MONTEE_NORMALE,
-                                            GRANULAT_SILICEUX, 0));
-        t.m_dXOrigine = t.GetNbColonnes() * t.GetDELX() * 0.5;
+        DirectEc2(t, 0.30, 0.60, durations[k], 0.005);
         for (int b = 0; b < 4; ++b)
         {
             double direct = t.T(bars[b][0] - 0.15, bars[b][1]);
