@@ -24,6 +24,7 @@
 
 // section
 #include "section/CSectionGenerale.h"
+#include "section/CProprietesSection.h"
 
 // thermal
 #include "thermal/CArrayEx.h"
