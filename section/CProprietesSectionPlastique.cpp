@@ -106,35 +106,50 @@ AxeNeutre DonneAxeNeutrePlastique(const Boucles& b, bool bVertical)
     // as halving it, so that both ends of a band of zero width are found.
     const double tolerance = 1e-12 * moitie;
 
-    // The lowest level where the area below reaches the half lies between t[lo] and
-    // t[hi]; the area there is a + la s + (lb - la) s^2 / (2 h) at ta + s.
+    // Between two successive vertex levels ta and tb the area at ta + s is
+    // A(ta) + la s + (lb - la) s^2 / (2 (tb - ta)), la and lb the widths at both ends.
+    struct Tranche
+    {
+        double ta, tb, aa, ab, la, lb;
+    };
+    auto tranche = [&](std::size_t lo, std::size_t hi) {
+        Tranche r{t[lo], t[hi], AireSous(n, t[lo]), AireSous(n, t[hi]), 0.0, 0.0};
+        Largeurs(n, r.ta, r.tb, r.la, r.lb);
+        return r;
+    };
+
+    // The lowest level where the area below reaches the half.
     std::size_t lo = 0, hi = t.size() - 1;
     while (hi - lo > 1)
     {
         const std::size_t mi = lo + (hi - lo) / 2;
         (AireSous(n, t[mi]) >= moitie - tolerance ? hi : lo) = mi;
     }
-    double la, lb, h = t[hi] - t[lo];
-    Largeurs(n, t[lo], t[hi], la, lb);
-    double d = std::max(moitie - AireSous(n, t[lo]), 0.0);
-    double racine = la + std::sqrt(std::max(la * la + 2.0 * (lb - la) / h * d, 0.0));
-    const double bas = t[lo] + (racine > 0.0 ? std::min(2.0 * d / racine, h) : 0.0);
-
-    // The highest level where the area below is still the half, solved from the top.
-    lo = 0, hi = t.size() - 1;
-    while (hi - lo > 1)
+    const Tranche bas = tranche(lo, hi);
+    // The highest level where it is still the half: the same bracket, unless the area at
+    // its top is the half too (a band of zero width, or a vertex level on the axis).
+    Tranche haut = bas;
+    if (bas.ab <= moitie + tolerance)
     {
-        const std::size_t mi = lo + (hi - lo) / 2;
-        (AireSous(n, t[mi]) <= moitie + tolerance ? lo : hi) = mi;
+        for (lo = hi, hi = t.size() - 1; hi - lo > 1;)
+        {
+            const std::size_t mi = lo + (hi - lo) / 2;
+            (AireSous(n, t[mi]) <= moitie + tolerance ? lo : hi) = mi;
+        }
+        haut = tranche(lo, hi);
     }
-    h = t[hi] - t[lo];
-    Largeurs(n, t[lo], t[hi], la, lb);
-    d = std::max(AireSous(n, t[hi]) - moitie, 0.0);
-    racine = lb + std::sqrt(std::max(lb * lb - 2.0 * (lb - la) / h * d, 0.0));
-    const double haut = t[hi] - (racine > 0.0 ? std::min(2.0 * d / racine, h) : 0.0);
+
+    // The quadratic solved from the bottom of the lower bracket and from the top of the
+    // upper one, in the form that does not cancel.
+    double h = bas.tb - bas.ta, d = std::max(moitie - bas.aa, 0.0);
+    double racine = bas.la + std::sqrt(std::max(bas.la * bas.la + 2.0 * (bas.lb - bas.la) / h * d, 0.0));
+    const double niveauBas = bas.ta + (racine > 0.0 ? std::min(2.0 * d / racine, h) : 0.0);
+    h = haut.tb - haut.ta, d = std::max(haut.ab - moitie, 0.0);
+    racine = haut.lb + std::sqrt(std::max(haut.lb * haut.lb - 2.0 * (haut.lb - haut.la) / h * d, 0.0));
+    const double niveauHaut = haut.tb - (racine > 0.0 ? std::min(2.0 * d / racine, h) : 0.0);
 
     AxeNeutre axe;
-    axe.position = bas + (haut - bas) / 2.0;
+    axe.position = niveauBas + (niveauHaut - niveauBas) / 2.0;
     axe.module = ModulePlastique(n, axe.position);
     return axe;
 }
