@@ -102,6 +102,8 @@ AxeNeutre DonneAxeNeutrePlastique(const Boucles& b, bool bVertical)
     if (t.size() < 2)
         return {};
     const double moitie = AireSous(n, t.back()) / 2.0;
+    if (!(moitie > 0.0))
+        return {};
     // Above the rounding of the sums: levels whose area is this close to the half count
     // as halving it, so that both ends of a band of zero width are found.
     const double tolerance = 1e-12 * moitie;
