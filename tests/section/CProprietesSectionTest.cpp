@@ -399,7 +399,7 @@ TEST(CProprietesSection, RandomSectionsIgnoreStartOrientationAndPlace)
             EXPECT_NEAR(p.m_Xg, q.m_Xg - dx[v], tol * taille);
             EXPECT_NEAR(p.m_Yg, q.m_Yg - dy[v], tol * taille);
             EXPECT_NEAR(p.m_Ixy, q.m_Ixy, tol * I);
-            // The axes, compared through 2 angle (axes are directions modulo 180).
+            // The axes, compared through twice the angle (an axis is a direction modulo 180).
             const double r = (p.m_Axe1.I - p.m_Axe2.I) / I;
             EXPECT_NEAR(std::cos(p.m_Angle * kPi / 90), std::cos(q.m_Angle * kPi / 90), tol / r);
             EXPECT_NEAR(std::sin(p.m_Angle * kPi / 90), std::sin(q.m_Angle * kPi / 90), tol / r);
