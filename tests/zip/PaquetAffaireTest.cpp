@@ -9,7 +9,6 @@
 #include "ZipFabrique.h"
 
 #include <fstream>
-#include <map>
 
 using namespace prefa_test;
 namespace fs = std::filesystem;
@@ -19,26 +18,6 @@ namespace
 fs::path P(const CString& s)
 {
     return fs::u8path(AfxWideToUtf8(s.Std()));
-}
-
-// Every file (with its bytes) and folder (name ending in '/') below a folder.
-std::map<std::string, std::vector<BYTE>> Arbre(const fs::path& racine)
-{
-    std::map<std::string, std::vector<BYTE>> arbre;
-    if (!fs::exists(racine))
-        return arbre;
-    for (const auto& e : fs::recursive_directory_iterator(racine))
-    {
-        std::string nom = e.path().lexically_relative(racine).generic_u8string();
-        if (e.is_directory())
-            arbre[nom + "/"];
-        else
-        {
-            std::ifstream in(e.path(), std::ios::binary);
-            arbre[nom].assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-        }
-    }
-    return arbre;
 }
 
 std::vector<BYTE> Octets(const std::string& s)

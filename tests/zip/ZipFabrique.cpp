@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <fstream>
 #include <random>
 
 namespace prefa_test
@@ -122,6 +123,26 @@ std::vector<BYTE> Contenu(std::size_t n, unsigned graine)
     }
     b.resize(n);
     return b;
+}
+
+std::map<std::string, std::vector<BYTE>> Arbre(const std::filesystem::path& racine)
+{
+    namespace fs = std::filesystem;
+    std::map<std::string, std::vector<BYTE>> arbre;
+    if (!fs::exists(racine))
+        return arbre;
+    for (const auto& e : fs::recursive_directory_iterator(racine))
+    {
+        std::string nom = e.path().lexically_relative(racine).generic_u8string();
+        if (e.is_directory())
+            arbre[nom + "/"];
+        else
+        {
+            std::ifstream in(e.path(), std::ios::binary);
+            arbre[nom].assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        }
+    }
+    return arbre;
 }
 
 } // namespace prefa_test

@@ -6,6 +6,8 @@
 #include "support/TestSupport.h"
 
 #include <cstdint>
+#include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,5 +52,9 @@ std::vector<EntreeCentrale> LitCentral(const std::vector<BYTE>& zip);
 
 // Bytes of a pseudo-random project-like file: runs of text and numbers.
 std::vector<BYTE> Contenu(std::size_t n, unsigned graine);
+
+// Every file (with its bytes) and folder (name ending in '/') below a folder, by
+// relative name; empty when the folder does not exist.
+std::map<std::string, std::vector<BYTE>> Arbre(const std::filesystem::path& racine);
 
 } // namespace prefa_test
