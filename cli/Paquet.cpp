@@ -62,19 +62,35 @@ CString Large(const std::string& utf8)
     return CString(AfxUtf8ToWide(utf8));
 }
 
-std::string MotDePasse(const Options& o)
+// The progress bar's label: the file's name without its folders.
+std::string Etiquette(const CString& nom)
 {
-    if (o.passwordGiven)
-        return o.password;
-    const char* env = std::getenv("PREFA_ZIP_PASSWORD");
-    return env ? env : "";
+    int barre = std::max(nom.ReverseFind(L'/'), nom.ReverseFind(L'\\'));
+    return AfxWideToUtf8(nom.Mid(barre + 1).Std());
 }
 
-void Operandes(const std::string& command, const Options& o, const char* usage)
+// What both commands set up: their operands checked, the password (the option's,
+// else the environment's), the progress bar and the lines of the file errors.
+struct Seance
 {
-    if (o.file.empty() || o.target.empty())
-        throw InputError("prefa " + command, "", std::string("two operands are expected: ") + usage);
-}
+    Seance(const std::string& command, const Options& o, const char* usage) : bar(true)
+    {
+        if (o.file.empty() || o.target.empty())
+            throw InputError("prefa " + command, "", std::string("two operands are expected: ") + usage);
+        const char* env = std::getenv("PREFA_ZIP_PASSWORD");
+        motDePasse = Large(o.passwordGiven ? o.password : env ? env : "");
+    }
+    LPCTSTR MotDePasse() const { return motDePasse.IsEmpty() ? nullptr : motDePasse.GetString(); }
+    CProgressionZip Progression()
+    {
+        return [this](double f, const CString& nom) { bar.Update(f, Etiquette(nom)); };
+    }
+
+    CString motDePasse;
+    ProgressBar bar;
+    BoitesEnLignes boites;
+    CBilanZip bilan;
+};
 
 std::string Mo(ULONGLONG n)
 {
@@ -82,34 +98,24 @@ std::string Mo(ULONGLONG n)
     std::snprintf(buf, sizeof buf, "%.1f MB", (double)n / 1e6);
     return buf;
 }
-
-// The progress bar's label: the file's name without its folders.
-std::string Etiquette(const CString& nom)
-{
-    int barre = std::max(nom.ReverseFind(L'/'), nom.ReverseFind(L'\\'));
-    return AfxWideToUtf8(nom.Mid(barre + 1).Std());
-}
 } // namespace
 
 int PackCommand(const Options& o)
 {
-    Operandes("pack", o, "PROJECT_DIR OUT.zip");
-    const std::string motDePasse = MotDePasse(o);
-    ProgressBar bar(true);
-    BoitesEnLignes boites;
-    CBilanZip bilan;
-    int r = Compresse_Affaire(Large(o.file), Large(o.target), motDePasse.empty() ? nullptr : Large(motDePasse).GetString(),
-                              o.aes ? CArchiveZip::chiffrementAes256 : CArchiveZip::chiffrementPkware,
-                              [&](double f, const CString& nom) { bar.Update(f, Etiquette(nom)); }, &bilan);
-    bar.Finish();
+    Seance s("pack", o, "PROJECT_DIR OUT.zip");
+    const CBilanZip& bilan = s.bilan;
+    int r = Compresse_Affaire(Large(o.file), Large(o.target), s.MotDePasse(),
+                              o.aes ? CArchiveZip::chiffrementAes256 : CArchiveZip::chiffrementPkware, s.Progression(),
+                              &s.bilan);
+    s.bar.Finish();
     if (!r)
     {
-        boites.Affiche("pack");
+        s.boites.Affiche("pack");
         return 1;
     }
     std::printf("prefa pack: %s -> %s: %d files, %d folders, %s -> %s%s\n", o.file.c_str(), o.target.c_str(),
                 bilan.nFichiers, bilan.nDossiers, Mo(bilan.nOctets).c_str(), Mo(bilan.nOctetsArchive).c_str(),
-                motDePasse.empty() ? "" : o.aes ? ", encrypted (AES-256)" : ", encrypted");
+                !s.MotDePasse() ? "" : o.aes ? ", encrypted (AES-256)" : ", encrypted");
     if (bilan.nExclus || bilan.nIgnores)
         std::printf("left out: %d lock and temporary files, %d links and special files\n", bilan.nExclus,
                     bilan.nIgnores);
@@ -118,30 +124,26 @@ int PackCommand(const Options& o)
 
 int UnpackCommand(const Options& o)
 {
-    Operandes("unpack", o, "IN.zip DIR");
-    const std::string motDePasse = MotDePasse(o);
-    ProgressBar bar(true);
-    BoitesEnLignes boites;
-    CBilanZip bilan;
+    Seance s("unpack", o, "IN.zip DIR");
+    const CBilanZip& bilan = s.bilan;
     int r;
     try
     {
-        r = Decompresse_Affaire(Large(o.file), Large(o.target), motDePasse.empty() ? nullptr : Large(motDePasse).GetString(),
-                                [&](double f, const CString& nom) { bar.Update(f, Etiquette(nom)); }, &bilan);
+        r = Decompresse_Affaire(Large(o.file), Large(o.target), s.MotDePasse(), s.Progression(), &s.bilan);
     }
     catch (CArchiveException* e)
     {
         // A damaged or hostile archive, or a wrong password: bad input, nothing written.
-        bar.Finish();
+        s.bar.Finish();
         CString texte = e->GetMessageText();
         e->Delete();
         std::fprintf(stderr, "prefa unpack: %s\n", AfxWideToUtf8(texte.Std()).c_str());
         return 2;
     }
-    bar.Finish();
+    s.bar.Finish();
     if (!r)
     {
-        boites.Affiche("unpack");
+        s.boites.Affiche("unpack");
         return 1;
     }
     std::printf("prefa unpack: %s -> %s: %d files, %d folders, %s\n", o.file.c_str(), o.target.c_str(),
