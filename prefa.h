@@ -39,3 +39,8 @@
 #include "project/CInfoPlan.h"
 #include "project/CConfigBRAXEL.h"
 #include "project/Verrous.h"
+
+// zip packaging
+#include "zip/CExceptionZip.h"
+#include "zip/CArchiveZip.h"
+#include "zip/PaquetAffaire.h"

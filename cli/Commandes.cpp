@@ -53,6 +53,15 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
             o.json = true;
         else if (a == "--no-picture")
             o.noPicture = true;
+        else if (a == "--password" && (command == "pack" || command == "unpack"))
+        {
+            if (k + 1 >= args.size())
+                throw InputError("prefa " + command, "--password", "a password is expected after --password");
+            o.password = args[++k];
+            o.passwordGiven = true;
+        }
+        else if (a == "--aes" && command == "pack")
+            o.aes = true;
         else if (a == "--out")
         {
             if (k + 1 >= args.size())
@@ -63,6 +72,8 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
             throw InputError("prefa " + command, a, "unknown option (see prefa " + command + " --help)");
         else if (o.file.empty())
             o.file = a;
+        else if (o.target.empty() && (command == "pack" || command == "unpack"))
+            o.target = a;
         else
             throw InputError("prefa " + command, a, "only one input file is taken");
     }
@@ -336,7 +347,9 @@ std::string MainHelp()
            "  fire      temperatures of a concrete section exposed to fire, at its bars,\n"
            "            and a picture of the field (fire.svg)\n"
            "  section   area, centroid, second moments, principal axes, elastic and plastic\n"
-           "            moduli of a section, and a picture (section.svg)\n\n"
+           "            moduli of a section, and a picture (section.svg)\n"
+           "  pack      pack a project folder into a zip archive to send it\n"
+           "  unpack    unpack such an archive into a new project folder\n\n"
            "Without FILE each command runs its built-in example. 'prefa <command> --help'\n"
            "shows the input format.\n";
 }

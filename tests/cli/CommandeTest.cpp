@@ -2,6 +2,7 @@
 #include "Commandes.h"
 #include "Entree.h"
 #include "Svg.h"
+#include "Programme.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -23,25 +24,6 @@ std::string WriteText(const ScratchDir& dir, const char* name, const std::string
     CString path = dir / CString(AfxUtf8ToWide(name));
     WriteAll(path, std::vector<BYTE>(text.begin(), text.end()));
     return AfxWideToUtf8(path.Std());
-}
-
-// Runs the program; returns its exit status, with standard output and error captured.
-int RunProgram(const std::string& args, std::string* out, std::string* err, const ScratchDir& dir)
-{
-    std::string o = dir.Utf8() + "/stdout.txt", e = dir.Utf8() + "/stderr.txt";
-    std::string cmd = std::string(PREFA_PROGRAM) + " " + args + " >" + o + " 2>" + e;
-    int status = std::system(cmd.c_str());
-    auto slurp = [](const std::string& p) {
-        std::ifstream in(p);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    };
-    if (out)
-        *out = slurp(o);
-    if (err)
-        *err = slurp(e);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 int Occurrences(const std::string& s, const std::string& what)
