@@ -11,3 +11,6 @@
 #include "ui/CComboBox.h"
 #include "ui/CHeaderCtrl.h"
 #include "ui/CListCtrl.h"
+#include "ui/CListCtrlToolTip.h"
+#include "ui/CHeaderCtrlExt.h"
+#include "ui/CListCtrlExt.h"

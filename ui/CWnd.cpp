@@ -384,9 +384,11 @@ int CWnd::VirtualKey(int nQtKey)
 
 bool CWnd::FiltreEvenement(QWidget* pCible, QEvent* pEvent)
 {
-    if (pEvent->type() != QEvent::KeyPress)
-        return false;
-    QKeyEvent* pTouche = static_cast<QKeyEvent*>(pEvent);
+    return pEvent->type() == QEvent::KeyPress && PreTraduitTouche(pCible, static_cast<QKeyEvent*>(pEvent));
+}
+
+bool CWnd::PreTraduitTouche(QWidget* pCible, QKeyEvent* pTouche)
+{
     int nVk = VirtualKey(pTouche->key());
     if (nVk == 0)
         return false;

@@ -15,6 +15,7 @@
 #include <QWidget>
 
 class QEvent;
+class QKeyEvent;
 
 class CWnd : public CObject
 {
@@ -80,6 +81,8 @@ public:
     // Offers a key message to the window that received it and then to each parent window
     // up to the top-level one; TRUE when one of them consumed it.
     static BOOL WalkPreTranslateTree(QWidget* pTarget, MSG* pMsg);
+    // A Qt key press as WM_KEYDOWN through WalkPreTranslateTree; true when consumed.
+    static bool PreTraduitTouche(QWidget* pTarget, QKeyEvent* pKey);
     // The platform's virtual key for a Qt key (0 when none).
     static int VirtualKey(int nQtKey);
 
