@@ -39,6 +39,7 @@ BOOL CListCtrl::Create(DWORD dwStyle, const RECT& rect, CWnd* pParentWnd, UINT n
     VueListe* pVue = new VueListe(this);
     EnTeteListe* pEnTete = new EnTeteListe(pVue);
     pVue->setHeader(pEnTete);
+    pEnTete->setSectionsClickable(true);  // the view resets it when it takes the header
     m_pModele = new ModeleListe();
     pVue->setModel(m_pModele);
     if (dwStyle & LVS_SINGLESEL)

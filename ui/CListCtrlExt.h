@@ -225,6 +225,8 @@ public:
     static int CompareNumberString(const CString& a, const CString& b);
     static int CompareNumberStringNoCase(const CString& a, const CString& b);
     static int CompareDate(const CString& a, const CString& b);
+    // Two day numbers of the date scale: equal within half a second.
+    static int CompareDateValues(double d1, double d2);
     static int CompareByType(int nType, const CString& a, const CString& b);
     // A text read as a date and time in the user's locale, as a day number of the
     // platform's date scale (days since 1899-12-30; before it, the whole day is negative
@@ -255,6 +257,9 @@ protected:
     void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags) override;
     void OnColumnClick(int nCol) override;
     void OnDeleteItem(int nItem, DWORD_PTR dwData) override;
+
+public:
+    // The column's tip when it has one, else the cell's own text.
     CString GetToolTipTextInfo(int nRow, int nCol) override;
 
 private:

@@ -196,11 +196,16 @@ int CListCtrlExt::CompareDate(const CString& a, const CString& b)
     // the order is deliberately not symmetric there.
     if (!LitDate(a, da) || !LitDate(b, db))
         return 1;
-    da = Lineaire(da);
-    db = Lineaire(db);
-    if (std::fabs(da - db) <= kDemiSeconde)
+    return CompareDateValues(da, db);
+}
+
+int CListCtrlExt::CompareDateValues(double d1, double d2)
+{
+    d1 = Lineaire(d1);
+    d2 = Lineaire(d2);
+    if (std::fabs(d1 - d2) <= kDemiSeconde)
         return 0;
-    return da < db ? -1 : 1;
+    return d1 < d2 ? -1 : 1;
 }
 
 int CListCtrlExt::CompareByType(int nType, const CString& a, const CString& b)

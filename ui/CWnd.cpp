@@ -11,6 +11,8 @@ namespace
 {
 // The property that ties a widget to its CWnd object.
 const char* const kObjet = "prefa.CWnd";
+// The property of a widget that offers its keys to the windows above it (see SetRelaisTouches).
+const char* const kRelais = "prefa.relais";
 
 // Modifiers of the key message being dispatched, for GetKeyState.
 Qt::KeyboardModifiers g_modifiersMessage;
@@ -387,11 +389,23 @@ bool CWnd::FiltreEvenement(QWidget* pCible, QEvent* pEvent)
     return pEvent->type() == QEvent::KeyPress && PreTraduitTouche(pCible, static_cast<QKeyEvent*>(pEvent));
 }
 
+void CWnd::SetRelaisTouches(QWidget* pWidget, bool bRelais)
+{
+    pWidget->setProperty(kRelais, bRelais ? QVariant(true) : QVariant());
+}
+
 bool CWnd::PreTraduitTouche(QWidget* pCible, QKeyEvent* pTouche)
 {
     int nVk = VirtualKey(pTouche->key());
     if (nVk == 0)
         return false;
+    // A key the focused widget did not use comes up to its parents: it was offered at
+    // the first window or relay on its way, which walked the whole tree already.
+    QWidget* pFocus = QApplication::focusWidget();
+    if (pFocus && pFocus != pCible && pCible->isAncestorOf(pFocus))
+        for (QWidget* w = pFocus; w != pCible; w = w->parentWidget())
+            if (FromWidget(w) || w->property(kRelais).isValid())
+                return false;
     MSG msg{};
     msg.hwnd = reinterpret_cast<HWND>(pCible);
     msg.message = WM_KEYDOWN;

@@ -81,8 +81,11 @@ public:
     // Offers a key message to the window that received it and then to each parent window
     // up to the top-level one; TRUE when one of them consumed it.
     static BOOL WalkPreTranslateTree(QWidget* pTarget, MSG* pMsg);
-    // A Qt key press as WM_KEYDOWN through WalkPreTranslateTree; true when consumed.
+    // A Qt key press as WM_KEYDOWN through WalkPreTranslateTree, once per key: not
+    // again when the key comes up from a focused child that offered it already.
     static bool PreTraduitTouche(QWidget* pTarget, QKeyEvent* pKey);
+    // Marks a widget that is no window but offers its keys (an editor's inner widget).
+    static void SetRelaisTouches(QWidget* pWidget, bool bRelais);
     // The platform's virtual key for a Qt key (0 when none).
     static int VirtualKey(int nQtKey);
 

@@ -16,14 +16,21 @@ void HookEditeur::Installe()
     for (QWidget* enfant : w->findChildren<QWidget*>())
         m_Widgets.append(enfant);
     for (const QPointer<QWidget>& p : m_Widgets)
+    {
         p->installEventFilter(this);
+        if (!CWnd::FromWidget(p))
+            CWnd::SetRelaisTouches(p, true);
+    }
 }
 
 void HookEditeur::Retire()
 {
     for (const QPointer<QWidget>& p : m_Widgets)
         if (p)
+        {
             p->removeEventFilter(this);
+            CWnd::SetRelaisTouches(p, false);
+        }
     m_Widgets.clear();
 }
 
