@@ -3,9 +3,11 @@
 #include "VueListe.h"
 
 #include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 using namespace prefa_ui_detail;
@@ -528,7 +530,8 @@ int CListCtrl::GetStringWidth(LPCTSTR lpsz) const
     VueListe* v = Vue();
     if (!v || !lpsz)
         return 0;
-    return QFontMetrics(v->font()).horizontalAdvance(QString::fromWCharArray(lpsz));
+    // Rounded up, so that a column of this width shows the whole text.
+    return (int)std::ceil(QFontMetricsF(v->font()).horizontalAdvance(QString::fromWCharArray(lpsz)));
 }
 
 // ---- default handlers

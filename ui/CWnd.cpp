@@ -69,8 +69,8 @@ BOOL CWnd::SetWindow(QWidget* pWidget, bool bOwned, CWnd* pParentWnd, const RECT
     m_nID = (int)nID;
     Bind(pWidget, bOwned);
     pWidget->setEnabled(!(dwStyle & WS_DISABLED));
-    if (dwStyle & WS_VISIBLE)
-        pWidget->show();
+    // A child made without WS_VISIBLE stays hidden when its parent shows.
+    pWidget->setVisible((dwStyle & WS_VISIBLE) != 0);
     return TRUE;
 }
 

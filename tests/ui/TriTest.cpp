@@ -1,9 +1,11 @@
 // Sorting: every comparison type, the sort flags, the caller's function, and widths.
 #include "GrilleFixture.h"
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QHeaderView>
 #include <QLocale>
+
+#include <cmath>
 
 using namespace prefa_test;
 
@@ -168,9 +170,9 @@ TEST(Largeurs, AutosizeFitsTheWidestHeadingLineWithTwoSpaces)
     liste.InsereUneColonne(2, L"c", L"Caché", LVCFMT_LEFT, 50);
     liste.SetAfficheColonne(2, FALSE);
     liste.AddItem({L"1", L"un texte bien plus long que son titre"});
-    QFontMetrics fm(liste.GetView()->font());
+    QFontMetricsF fm(liste.GetView()->font());
     liste.Autosize(-2);
-    EXPECT_EQ(fm.horizontalAdvance("Longueur  "), liste.GetColumnWidth(0));
+    EXPECT_EQ((int)std::ceil(fm.horizontalAdvance("Longueur  ")), liste.GetColumnWidth(0));
     EXPECT_GE(liste.GetColumnWidth(1), fm.horizontalAdvance("un texte bien plus long que son titre"));
     EXPECT_EQ(0, liste.GetColumnWidth(2));
     liste.Autosize(77);
