@@ -278,6 +278,18 @@ BOOL CListCtrl::SetItemState(int nItem, UINT nState, UINT nMask)
     if (!v || nItem < -1 || nItem >= GetItemCount())
         return FALSE;
     QItemSelectionModel* s = v->selectionModel();
+    if (nItem < 0 && (nMask & LVIS_SELECTED) && GetItemCount() > 0)
+    {
+        // Every item at once: one change of the selection, not one per item.
+        if (nState & LVIS_SELECTED)
+            s->select(QItemSelection(m_pModele->index(0, 0), m_pModele->index(GetItemCount() - 1, 0)),
+                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        else
+            s->clearSelection();
+        nMask &= ~LVIS_SELECTED;
+        if (nMask == 0)
+            return TRUE;
+    }
     // Item -1 applies the states to every item, as the platform does.
     int debut = nItem < 0 ? 0 : nItem, fin = nItem < 0 ? GetItemCount() - 1 : nItem;
     for (int i = debut; i <= fin; ++i)

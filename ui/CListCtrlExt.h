@@ -310,4 +310,5 @@ private:
     int m_nValidations = 0;      // validations under way (a message box may be up)
     bool m_bActifDessine = true; // enabled state of the last drawing
     std::unordered_map<DWORD_PTR, int> m_IndexTri;  // row of each item's data while sorting
+    std::vector<double> m_DatesTri;                 // each row's date while sorting by date (NaN: unreadable)
 };

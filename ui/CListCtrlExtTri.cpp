@@ -144,11 +144,15 @@ BOOL CListCtrlExt::LitDate(const CString& texte, double& dDate)
         return FALSE;
     QLocale locale;
     QDateTime dt;
-    for (const QString& f : FormatsDate())
+    const QStringList& formats = FormatsDate();
+    // A column's dates share their format: the one that read the last date goes first.
+    thread_local int nDernier = 0;
+    for (int k = 0; k < formats.size() && !dt.isValid(); ++k)
     {
-        dt = locale.toDateTime(s, f);
+        int i = (nDernier + k) % formats.size();
+        dt = locale.toDateTime(s, formats[i]);
         if (dt.isValid())
-            break;
+            nDernier = i;
     }
     if (!dt.isValid())
         return FALSE;
@@ -241,8 +245,18 @@ int CListCtrlExt::CompareLignes(LPARAM lParam1, LPARAM lParam2) const
     const ColumnInfo* c = Colonne(m_nColonneTri);
     if (!c || !(c->m_nTri & 7))
         return 0;
-    CString a = GetItemText(n1, m_nColonneTri), b = GetItemText(n2, m_nColonneTri);
-    int r = c->m_pfnCompare ? c->m_pfnCompare(a, b) : CompareByType(c->m_nTypeComparaison, a, b);
+    int r;
+    if (!m_DatesTri.empty())
+    {
+        // Dates read once per row for the sort; unreadable ones answer 1 as CompareDate does.
+        double a = m_DatesTri[(std::size_t)n1], b = m_DatesTri[(std::size_t)n2];
+        r = std::isnan(a) || std::isnan(b) ? 1 : CompareDateValues(a, b);
+    }
+    else
+    {
+        CString a = GetItemText(n1, m_nColonneTri), b = GetItemText(n2, m_nColonneTri);
+        r = c->m_pfnCompare ? c->m_pfnCompare(a, b) : CompareByType(c->m_nTypeComparaison, a, b);
+    }
     return (c->m_nTri & TRI_CROISSANT) ? r : -r;
 }
 
@@ -268,8 +282,16 @@ BOOL CListCtrlExt::SortColumn(int nCol)
     m_IndexTri.reserve((std::size_t)n);
     for (int i = 0; i < n; ++i)
         m_IndexTri[reinterpret_cast<DWORD_PTR>(LigneCreee(i))] = i;
+    const ColumnInfo* c = Colonne(nCol);
+    if (!m_pfnCompareUtilisateur && c && (c->m_nTri & 7) && !c->m_pfnCompare && c->m_nTypeComparaison == COMPARE_DATE)
+    {
+        m_DatesTri.assign((std::size_t)n, std::nan(""));
+        for (int i = 0; i < n; ++i)
+            LitDate(GetItemText(i, nCol), m_DatesTri[(std::size_t)i]);
+    }
     BOOL r = CListCtrl::SortItems(&CListCtrlExt::CALLBACK_CompareProc, reinterpret_cast<DWORD_PTR>(this));
     m_IndexTri.clear();
+    m_DatesTri.clear();
     // The current rows follow their records.
     for (int i = 0; i < n; ++i)
     {
