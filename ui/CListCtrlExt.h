@@ -278,6 +278,16 @@ private:
     void CliqueCellule(UINT nFlags, CPoint point);
     int LigneSelectionnee() const;
     void RemetFocusEditeur();
+    // Validates the open editor's cell with the text it holds (not final); a refusal
+    // puts the focus back into the editor.
+    BOOL ValideCelluleOuverte();
+    // Counts a validation under way for as long as it lives (a message box may be up).
+    struct ValidationEnCours
+    {
+        explicit ValidationEnCours(int& n) : m_n(n) { ++m_n; }
+        ~ValidationEnCours() { --m_n; }
+        int& m_n;
+    };
     void InstalleHook(CWnd* pWnd);
     void RetireHook();
     void CouleursCellule(int nRow, int nCol, COLORREF& clrFond, COLORREF& clrTexte) const;

@@ -44,20 +44,11 @@ BOOL CListCtrlExt::DisplayEditor(int nRow, int nCol)
 
     // The open editor's cell, and its row when leaving it, must pass first.
     if (m_bEdition && m_nRow >= 0 && m_nRow < GetItemCount())
-    {
-        CString texte;
-        m_Courant.m_pWnd->GetWindowText(texte);
-        ++m_nValidations;
-        BOOL bValide = ValidationCellule(m_nRow, m_nCol, texte, FALSE);
-        --m_nValidations;
-        if (bValide && nRow != m_nRow)
-            bValide = ValidationLigneEtCellules(m_nRow);
-        if (!bValide)
+        if (!ValideCelluleOuverte() || (nRow != m_nRow && !ValidationLigneEtCellules(m_nRow)))
         {
             RemetFocusEditeur();
             return FALSE;
         }
-    }
     HideEditor(TRUE);
 
     if (nRow < 0 || nRow >= GetItemCount() || !Colonne(nCol) || IsColumnReadOnly(nCol) || IsColumnHidden(nCol)
@@ -162,15 +153,8 @@ void CListCtrlExt::TraiteKillFocus(QWidget* pNouveau)
     // Inside the editor, or into the list, whose own commands validate and close it.
     if (pNouveau == pEditeur || pEditeur->isAncestorOf(pNouveau) || pNouveau == pVue || pVue->isAncestorOf(pNouveau))
         return;
-    CString texte;
-    m_Courant.m_pWnd->GetWindowText(texte);
-    ++m_nValidations;
-    BOOL bValide = ValidationCellule(m_nRow, m_nCol, texte, FALSE);
-    --m_nValidations;
-    if (bValide)
+    if (ValideCelluleOuverte())
         HideEditor(TRUE);
-    else
-        RemetFocusEditeur();
 }
 
 BOOL CListCtrlExt::ValidationLigneEtCellules(int nRow)
@@ -179,18 +163,28 @@ BOOL CListCtrlExt::ValidationLigneEtCellules(int nRow)
         return FALSE;
     for (int c = 0; c < GetColumnCount(); ++c)
     {
-        ++m_nValidations;
-        BOOL bValide = ValidationCellule(nRow, c, GetItemText(nRow, c), TRUE);
-        --m_nValidations;
-        if (!bValide)
+        ValidationEnCours v(m_nValidations);
+        if (!ValidationCellule(nRow, c, GetItemText(nRow, c), TRUE))
         {
             SaisieCellule(nRow, c);
             return FALSE;
         }
     }
-    ++m_nValidations;
-    BOOL bValide = ValidationLigne(nRow);
-    --m_nValidations;
+    ValidationEnCours v(m_nValidations);
+    return ValidationLigne(nRow);
+}
+
+BOOL CListCtrlExt::ValideCelluleOuverte()
+{
+    CString texte;
+    m_Courant.m_pWnd->GetWindowText(texte);
+    BOOL bValide;
+    {
+        ValidationEnCours v(m_nValidations);
+        bValide = ValidationCellule(m_nRow, m_nCol, texte, FALSE);
+    }
+    if (!bValide)
+        RemetFocusEditeur();
     return bValide;
 }
 
@@ -259,14 +253,8 @@ void CListCtrlExt::AvanceSaisie(bool bInsertion)
     if (bEditeur)
     {
         MetAJourCelluleAvecSaisie();
-        ++m_nValidations;
-        BOOL bValide = ValidationCellule(m_nRow, m_nCol, m_strEdit, FALSE);
-        --m_nValidations;
-        if (!bValide)
-        {
-            RemetFocusEditeur();
+        if (!ValideCelluleOuverte())
             return;
-        }
     }
     int nRow, nCol;
     if (bInsertion)
@@ -394,16 +382,8 @@ void CListCtrlExt::OnRButtonDown(UINT, CPoint point)
 {
     if (m_bEdition)
     {
-        CString texte;
-        m_Courant.m_pWnd->GetWindowText(texte);
-        ++m_nValidations;
-        BOOL bValide = ValidationCellule(m_nRow, m_nCol, texte, FALSE);
-        --m_nValidations;
-        if (!bValide)
-        {
-            RemetFocusEditeur();
+        if (!ValideCelluleOuverte())
             return;
-        }
         HideEditor(TRUE);
     }
     Default();
