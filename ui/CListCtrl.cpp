@@ -27,9 +27,9 @@ CListCtrl::CListCtrl()
 
 CListCtrl::~CListCtrl()
 {
-    // The header's object goes first, while the list's window (its owner) still exists.
-    if (m_pHeader)
-        m_pHeader->Detach();
+    // The window goes with the header it holds; a derived list's own header object has
+    // let go of it already, in the derived part's destruction.
+    m_pHeader = nullptr;
     DestroyWindow();
     delete m_pModele;
 }
