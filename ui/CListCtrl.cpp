@@ -199,6 +199,7 @@ int CListCtrl::InsertItem(int nItem, LPCTSTR lpszItem)
     l.textes.assign(std::max<std::size_t>(1, m_pModele->colonnes.size()), CString());
     l.textes[0] = lpszItem;
     m_pModele->InsereLigne(nItem, std::move(l));
+    OnInsertItem(nItem);
     return nItem;
 }
 
@@ -585,6 +586,8 @@ void CListCtrl::OnChar(UINT, UINT, UINT)
 }
 
 void CListCtrl::OnColumnClick(int) {}
+
+void CListCtrl::OnInsertItem(int) {}
 
 void CListCtrl::OnDeleteItem(int, DWORD_PTR) {}
 

@@ -103,6 +103,8 @@ protected:
     virtual void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags);
     virtual void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags);
     virtual void OnColumnClick(int nCol);
+    // An item was inserted at nItem (the later ones moved down).
+    virtual void OnInsertItem(int nItem);
     // An item is being deleted (by DeleteItem or DeleteAllItems), with its data.
     virtual void OnDeleteItem(int nItem, DWORD_PTR dwData);
     // Tooltips: the tool under the point (its id, or -1 for none) and its text.

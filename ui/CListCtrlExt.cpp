@@ -88,10 +88,24 @@ CListCtrlExt::CellInfo* CListCtrlExt::CelluleCreee(int nRow, int nCol)
     return &l->m_Cellules.back();
 }
 
+// The current and previous rows follow their rows when others come or go, so that an
+// open editor's text goes back into its own row.
+void CListCtrlExt::OnInsertItem(int nItem)
+{
+    for (int* p : {&m_nRow, &m_nPrevRow})
+        if (*p >= nItem)
+            ++*p;
+}
+
 void CListCtrlExt::OnDeleteItem(int nItem, DWORD_PTR dwData)
 {
     if (m_bEdition && nItem == m_nRow)
         HideEditor(FALSE);
+    for (int* p : {&m_nRow, &m_nPrevRow})
+        if (*p > nItem)
+            --*p;
+        else if (*p == nItem)
+            *p = -1;
     m_Lignes.erase(reinterpret_cast<const ItemInfo*>(dwData));
 }
 

@@ -256,6 +256,7 @@ protected:
     void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags) override;
     void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags) override;
     void OnColumnClick(int nCol) override;
+    void OnInsertItem(int nItem) override;
     void OnDeleteItem(int nItem, DWORD_PTR dwData) override;
 
 public:

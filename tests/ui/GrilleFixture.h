@@ -49,6 +49,7 @@ public:
     std::function<BOOL(int)> validationLigne;
     bool bSupprime = true;
     bool bInsere = true;
+    bool bInsereAvant = false;  // the new row comes before the insertion point
 
 protected:
     BOOL ValidationCellule(int nRow, int nCol, const CString& texte, BOOL bFinal) override
@@ -71,7 +72,7 @@ protected:
         appels.push_back("insertion " + std::to_string(*pnRow));
         if (!bInsere)
             return FALSE;
-        *pnRow = InsertItem(*pnRow + 1, L"");
+        *pnRow = InsertItem(bInsereAvant ? *pnRow : *pnRow + 1, L"");
         return TRUE;
     }
 };

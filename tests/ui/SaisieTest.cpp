@@ -122,6 +122,18 @@ TEST_F(Grille, CtrlInsertAndCtrlDeleteCallTheHooksAndSelectTheRightRow)
     EXPECT_EQ(CString(L"B1"), liste.GetItemText(0, 0));
     EXPECT_EQ(0, liste.GetNextItem(-1, LVNI_SELECTED));
 
+    // A row inserted before the edited one: what was typed stays in its own row.
+    liste.bInsereAvant = true;
+    ASSERT_TRUE(liste.SaisieCellule(1, 1));
+    Tape("8");
+    Touche(Qt::Key_Insert, Qt::ControlModifier);
+    EXPECT_EQ(CString(L""), liste.GetItemText(1, 1));
+    EXPECT_EQ(CString(L"8"), liste.GetItemText(2, 1));
+    EXPECT_EQ(std::make_pair(1, 0), Edition());
+    liste.HideEditor(FALSE);
+    liste.DeleteItem(1);
+    liste.bInsereAvant = false;
+
     // A hook that refuses changes nothing.
     liste.bSupprime = false;
     liste.bInsere = false;
