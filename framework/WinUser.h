@@ -113,6 +113,22 @@ enum : DWORD
     WS_TABSTOP = 0x00010000,
 };
 
+// Edit box and combo box styles, and the combo box's error answer.
+enum : DWORD
+{
+    ES_LEFT = 0x0000,
+    ES_CENTER = 0x0001,
+    ES_RIGHT = 0x0002,
+    ES_AUTOHSCROLL = 0x0080,
+    ES_READONLY = 0x0800,
+    CBS_DROPDOWN = 0x0002,
+    CBS_DROPDOWNLIST = 0x0003,
+};
+enum : int
+{
+    CB_ERR = -1,
+};
+
 // DrawText formats.
 enum : UINT
 {

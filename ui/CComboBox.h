@@ -6,16 +6,6 @@
 
 class QComboBox;
 
-enum : DWORD
-{
-    CBS_DROPDOWN = 0x0002,
-    CBS_DROPDOWNLIST = 0x0003,
-};
-enum : int
-{
-    CB_ERR = -1,
-};
-
 class CComboBox : public CWnd
 {
     DECLARE_DYNAMIC(CComboBox)

@@ -5,15 +5,6 @@
 
 class QLineEdit;
 
-enum : DWORD
-{
-    ES_LEFT = 0x0000,
-    ES_CENTER = 0x0001,
-    ES_RIGHT = 0x0002,
-    ES_AUTOHSCROLL = 0x0080,
-    ES_READONLY = 0x0800,
-};
-
 class CEdit : public CWnd
 {
     DECLARE_DYNAMIC(CEdit)
