@@ -12,6 +12,8 @@
 #include "CArray.h"
 #include "CList.h"
 #include "CPoint.h"
+#include "CRect.h"
+#include "WinUser.h"
 #include "CFileFind.h"
 #include "Time64.h"
 #include "MessageBox.h"
