@@ -8,7 +8,7 @@
 #ifdef _WIN32
 #include <time.h>
 #else
-typedef std::int64_t __time64_t;
+typedef long long __time64_t; // as on Windows, so that the archive writes it in 8 bytes
 typedef int errno_t;
 
 // Seconds since 1970-01-01 UTC; stores them in *pt too when pt is not null.
