@@ -27,6 +27,33 @@ CString MessageNommant(const wchar_t* const* texts, int nCount, int nCause, int 
 }
 } // namespace
 
+void CException::Delete()
+{
+    if (m_pLink)
+        m_pLink->m_pException = nullptr;
+    delete this;
+}
+
+AfxExceptionLink::~AfxExceptionLink()
+{
+    if (m_pException)
+        m_pException->Delete();
+}
+
+void AfxExceptionLink::Own(CException* e)
+{
+    m_pException = e;
+    if (e)
+        e->m_pLink = this;
+}
+
+void AfxExceptionLink::Release()
+{
+    if (m_pException)
+        m_pException->m_pLink = nullptr;
+    m_pException = nullptr;
+}
+
 BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext) const
 {
     if (pnHelpContext)
