@@ -14,5 +14,6 @@
 #include "CPoint.h"
 #include "CFileFind.h"
 #include "Time64.h"
+#include "CTime.h"
 #include "MessageBox.h"
 #include "System.h"
