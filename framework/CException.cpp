@@ -73,6 +73,16 @@ CString CException::GetMessageText() const
     return CString();
 }
 
+int CException::ReportError(UINT nType, UINT nMessageID)
+{
+    wchar_t text[512];
+    if (GetErrorMessage(text, 512))
+        return AfxMessageBox(text, nType);
+    if (nMessageID != 0)
+        return AfxMessageBox(nMessageID, nType);
+    return AfxMessageBox(L"No error message is available.", nType);
+}
+
 CString CMemoryException::GetMessageText() const
 {
     return CString(L"Out of memory.");

@@ -13,6 +13,7 @@
 
 #include "CObject.h"
 #include "CString.h"
+#include "MessageBox.h"
 
 struct AfxExceptionLink;
 
@@ -30,6 +31,10 @@ public:
     // when there was a message.
     virtual BOOL GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext = nullptr) const;
     virtual CString GetMessageText() const;
+    // Shows the message (at most 511 characters) through AfxMessageBox; without one,
+    // the application's string nMessageID, or "No error message is available.".
+    // Returns the button pressed.
+    virtual int ReportError(UINT nType = MB_OK, UINT nMessageID = 0);
 
 private:
     friend struct AfxExceptionLink;
