@@ -189,6 +189,8 @@ private:
         void operator()(ObjectMaps* p) const;
     };
 
+    // Scalars go straight to or from the buffer when it has room (the common case
+    // in the records' long runs of doubles), else through Write and EnsureRead.
     template <typename T>
     CArchive& Put(T v)
     {
@@ -197,14 +199,26 @@ private:
         std::memcpy(b, &v, sizeof(T));
         if (!LittleEndian())
             std::reverse(b, b + sizeof(T));
-        Write(b, sizeof(T));
+        if (!(m_nMode & load) && !m_bClosed && m_buffer.size() - m_nBufPos >= sizeof(T))
+        {
+            std::memcpy(m_buffer.data() + m_nBufPos, b, sizeof(T));
+            m_nBufPos += sizeof(T);
+        }
+        else
+            Write(b, sizeof(T));
         return *this;
     }
     template <typename T>
     CArchive& Get(T& v)
     {
         BYTE b[sizeof(T)];
-        EnsureRead(b, sizeof(T));
+        if ((m_nMode & load) && !m_bClosed && m_nBufEnd - m_nBufPos >= sizeof(T))
+        {
+            std::memcpy(b, m_buffer.data() + m_nBufPos, sizeof(T));
+            m_nBufPos += sizeof(T);
+        }
+        else
+            EnsureRead(b, sizeof(T));
         if (!LittleEndian())
             std::reverse(b, b + sizeof(T));
         std::memcpy(&v, b, sizeof(T));
