@@ -268,6 +268,9 @@ private:
     // consumed and, with bKeepEnd, stored as one '\n'. False when nothing was read.
     bool ReadLineUnits(std::u16string& line, std::size_t nRoom, bool bKeepEnd);
     ObjectMaps& Maps();
+    // A class or object met before: its index in 16 bits below 0x7FFF, else in the
+    // big form; dwClassBit is 0x80000000 for a class.
+    void WriteIndex(DWORD nIndex, DWORD dwClassBit);
     [[noreturn]] void Throw(int cause) const;
 
     CFile* m_pFile;

@@ -66,6 +66,14 @@ private:
 
 // ---- storing ----
 
+void CArchive::WriteIndex(DWORD nIndex, DWORD dwClassBit)
+{
+    if (nIndex < wBigObjectTag)
+        *this << (WORD)((dwClassBit >> 16) | nIndex);
+    else
+        *this << wBigObjectTag << (DWORD)(dwClassBit | nIndex);
+}
+
 void CArchive::WriteObject(const CObject* pOb)
 {
     CheckMode(false);
@@ -78,10 +86,7 @@ void CArchive::WriteObject(const CObject* pOb)
     auto it = m.stored.find(pOb);
     if (it != m.stored.end())
     {
-        if (it->second < wBigObjectTag)
-            *this << (WORD)it->second;
-        else
-            *this << wBigObjectTag << (DWORD)it->second;
+        WriteIndex(it->second, 0);
         return;
     }
     DepthGuard depth(m.nDepth);
@@ -104,10 +109,7 @@ void CArchive::WriteClass(const CRuntimeClass* pClassRef)
     auto it = m.stored.find(pClassRef);
     if (it != m.stored.end())
     {
-        if (it->second < wBigObjectTag)
-            *this << (WORD)(wClassTag | it->second);
-        else
-            *this << wBigObjectTag << (DWORD)(dwBigClassTag | it->second);
+        WriteIndex(it->second, dwBigClassTag);
         return;
     }
     if (m.nStored >= nMaxMapCount)

@@ -109,6 +109,19 @@ CString CTime::FormatGmt(LPCTSTR pszFormat) const
     return FormatTm(pszFormat, false);
 }
 
+namespace
+{
+// Both are their seconds in 64 bits.
+template <class T>
+CArchive& LoadSeconds(CArchive& ar, T& r)
+{
+    LONGLONG t;
+    ar >> t;
+    r = T(t);
+    return ar;
+}
+} // namespace
+
 CArchive& operator<<(CArchive& ar, CTime time)
 {
     return ar << (LONGLONG)time.GetTime();
@@ -116,10 +129,7 @@ CArchive& operator<<(CArchive& ar, CTime time)
 
 CArchive& operator>>(CArchive& ar, CTime& rtime)
 {
-    LONGLONG t;
-    ar >> t;
-    rtime = CTime(t);
-    return ar;
+    return LoadSeconds(ar, rtime);
 }
 
 CArchive& operator<<(CArchive& ar, CTimeSpan span)
@@ -129,8 +139,5 @@ CArchive& operator<<(CArchive& ar, CTimeSpan span)
 
 CArchive& operator>>(CArchive& ar, CTimeSpan& rspan)
 {
-    LONGLONG t;
-    ar >> t;
-    rspan = CTimeSpan(t);
-    return ar;
+    return LoadSeconds(ar, rspan);
 }

@@ -21,24 +21,26 @@ __time64_t _time64(__time64_t* pt)
     return t;
 }
 
-errno_t _localtime64_s(struct tm* ptm, const __time64_t* pt)
+namespace
+{
+// The broken-down time through the reentrant conversion f, within Windows' range.
+errno_t BrokenDown(struct tm* (*f)(const time_t*, struct tm*), struct tm* ptm, const __time64_t* pt)
 {
     if (ptm == nullptr || pt == nullptr || *pt < 0 || *pt > kMaxTime64)
         return EINVAL;
     time_t t = (time_t)*pt;
-    if (localtime_r(&t, ptm) == nullptr)
-        return EINVAL;
-    return 0;
+    return f(&t, ptm) ? 0 : EINVAL;
+}
+} // namespace
+
+errno_t _localtime64_s(struct tm* ptm, const __time64_t* pt)
+{
+    return BrokenDown(localtime_r, ptm, pt);
 }
 
 errno_t _gmtime64_s(struct tm* ptm, const __time64_t* pt)
 {
-    if (ptm == nullptr || pt == nullptr || *pt < 0 || *pt > kMaxTime64)
-        return EINVAL;
-    time_t t = (time_t)*pt;
-    if (gmtime_r(&t, ptm) == nullptr)
-        return EINVAL;
-    return 0;
+    return BrokenDown(gmtime_r, ptm, pt);
 }
 
 __time64_t _mktime64(struct tm* ptm)
