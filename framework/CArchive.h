@@ -15,9 +15,10 @@
 //     __time64_t, double              8 bytes
 // Where the compiler's long or wchar_t is wider (Linux), a value that does not fit
 // raises CArchiveException::genericException before anything is written.
-// std::int64_t and size_t are long types on Linux, so they go in 4 checked bytes
-// there; size_t is 8 bytes on 64-bit Windows: write counts with WriteCount, and
-// 64-bit values as LONGLONG or ULONGLONG.
+// std::int64_t, size_t, INT_PTR, UINT_PTR and DWORD_PTR are long types on Linux, so
+// they go in 4 checked bytes there, while the pointer-sized ones are 8 bytes on
+// 64-bit Windows (as the framework itself writes them there): write counts with
+// WriteCount, and 64-bit values as LONGLONG or ULONGLONG.
 // Calls that would silently write something else than the framework does are
 // deleted and do not compile: signed char, char16_t, char32_t and long double, and
 // a pointer to anything but a CObject (which would otherwise become a bool) or a
