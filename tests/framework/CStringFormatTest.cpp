@@ -70,14 +70,6 @@ TEST(CStringFormat, PointersPrintAsTheFrameworkDoes)
     EXPECT_EQ(CString(std::wstring(2 * sizeof(void*), L'0') + L"  |"), F(L"%-*p|", (int)(2 * sizeof(void*) + 2), nullptr));
 }
 
-TEST(CStringFormat, AppendFormatAppends)
-{
-    CString s(L"n=");
-    s.AppendFormat(L"%d", 3);
-    s.AppendFormat(L"/%I64d", 4LL);
-    EXPECT_EQ(CString(L"n=3/4"), s);
-}
-
 TEST(CStringFormat, MalformedFormatsAndMismatchedArgumentsRaiseInvalidArgument)
 {
     // Spellings the framework refuses, or that it has not.

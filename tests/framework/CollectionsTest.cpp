@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 using namespace prefa_test;
 
 TEST(CArray, IndexFaultsRaiseInvalidArgument)
@@ -129,26 +127,4 @@ TEST(CStringList, SerialisesAsCountThenTextsInOrder)
     EXPECT_EQ(CArchiveException::endOfFile,
               ArchiveCause([&] { Load(Bytes().u16(50).text(L"x").b, [&](CArchive& ar) { back.Serialize(ar); }); }));
     EXPECT_EQ(4, back.GetCount());
-}
-
-TEST(CObList, SerialisesItsObjectsWithTheirTags)
-{
-    // The same object twice comes back as one.
-    CStringList inner;
-    inner.AddTail(L"x");
-    CObList l;
-    l.AddTail(&inner);
-    l.AddTail((CObject*)nullptr);
-    l.AddTail(&inner);
-    auto bytes = Store([&](CArchive& ar) { l.Serialize(ar); });
-    Bytes e;
-    e.u16(3).u16(0xFFFF).u16(0).u16(11).raw("CStringList", 11).u16(1).text(L"x").u16(0).u16(2);
-    EXPECT_EQ(e.b, bytes) << Hex(bytes);
-    CObList back;
-    Load(bytes, [&](CArchive& ar) { back.Serialize(ar); });
-    ASSERT_EQ(3, back.GetCount());
-    std::unique_ptr<CObject> first(back.GetHead());
-    EXPECT_EQ(first.get(), back.GetTail());
-    EXPECT_EQ(nullptr, back.GetAt(back.FindIndex(1)));
-    EXPECT_EQ(CString(L"x"), static_cast<CStringList*>(first.get())->GetHead());
 }
