@@ -29,9 +29,21 @@ HANDLE H(INT_PTR h)
     return (HANDLE)h;
 }
 #else
+// The POSIX path of a name already checked by Open.
 std::string NativePath(LPCTSTR psz)
 {
-    return AfxWideToUtf8(psz ? std::wstring(psz) : std::wstring());
+    std::string path;
+    AfxPosixPath(psz, &path);
+    return path;
+}
+
+// Raises the bad-path file exception for a name no POSIX file can have.
+std::string CheckedPath(LPCTSTR psz)
+{
+    std::string path;
+    if (!AfxPosixPath(psz, &path))
+        AfxThrowFileException(CFileException::badPath, ENOENT, psz);
+    return path;
 }
 #endif
 } // namespace
@@ -230,13 +242,15 @@ BOOL CFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pError)
         flags |= O_CREAT | ((nOpenFlags & modeNoTruncate) ? 0 : O_TRUNC);
     flags |= O_CLOEXEC;
     // Share modes are advisory on POSIX: nothing shuts other processes out.
-    int fd = ::open(NativePath(lpszFileName).c_str(), flags, 0666);
+    std::string path;
+    const bool bPosixPath = AfxPosixPath(lpszFileName, &path);
+    int fd = bPosixPath ? ::open(path.c_str(), flags, 0666) : -1;
     if (fd < 0)
     {
-        int err = errno;
+        int err = bPosixPath ? errno : ENOENT;
         if (pError)
         {
-            pError->m_cause = CFileException::OsErrorToException(err);
+            pError->m_cause = bPosixPath ? CFileException::OsErrorToException(err) : CFileException::badPath;
             pError->m_lOsError = err;
             pError->m_strFileName = lpszFileName;
         }
@@ -352,7 +366,7 @@ void CFile::Abort()
 
 void CFile::Remove(LPCTSTR lpszFileName)
 {
-    if (::unlink(NativePath(lpszFileName).c_str()) != 0)
+    if (::unlink(CheckedPath(lpszFileName).c_str()) != 0)
     {
         int err = errno;
         AfxThrowFileException(CFileException::OsErrorToException(err), err, lpszFileName);
@@ -361,7 +375,7 @@ void CFile::Remove(LPCTSTR lpszFileName)
 
 void CFile::Rename(LPCTSTR lpszOldName, LPCTSTR lpszNewName)
 {
-    if (::rename(NativePath(lpszOldName).c_str(), NativePath(lpszNewName).c_str()) != 0)
+    if (::rename(CheckedPath(lpszOldName).c_str(), CheckedPath(lpszNewName).c_str()) != 0)
     {
         int err = errno;
         AfxThrowFileException(CFileException::OsErrorToException(err), err, lpszOldName);

@@ -1,6 +1,8 @@
 // Binary files with the framework's open flags. On Windows the share modes are
 // enforced by the system; on POSIX they are accepted and advisory only (other
-// processes are not shut out).
+// processes are not shut out). On POSIX a caller's backslashes are separators
+// ("dir\\sub\\x.bin" opens dir/sub/x.bin), and a name that begins with a drive letter
+// fails with the bad-path cause (see AfxPosixPath in System.h).
 #pragma once
 
 #include "CException.h"

@@ -2,6 +2,7 @@
 
 #include "CodePage.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -23,9 +24,13 @@
 namespace
 {
 #ifndef _WIN32
-std::string NativePath(LPCWSTR psz)
+// The POSIX path, or errno set to ENOENT for one that cannot exist here.
+bool NativePath(LPCWSTR psz, std::string* pPath)
 {
-    return AfxWideToUtf8(psz ? std::wstring(psz) : std::wstring());
+    if (AfxPosixPath(psz, pPath))
+        return true;
+    errno = ENOENT;
+    return false;
 }
 
 // Copies text into a caller's buffer with the Windows convention for sizes.
@@ -110,14 +115,27 @@ void SetLastError(DWORD dwErrCode)
     errno = (int)dwErrCode;
 }
 
+bool AfxPosixPath(LPCWSTR psz, std::string* pPath)
+{
+    std::wstring path = psz ? psz : L"";
+    pPath->clear();
+    if (path.size() >= 2 && path[1] == L':' && ((path[0] >= L'A' && path[0] <= L'Z') || (path[0] >= L'a' && path[0] <= L'z')))
+        return false;
+    std::replace(path.begin(), path.end(), L'\\', L'/');
+    *pPath = AfxWideToUtf8(path);
+    return true;
+}
+
 int _waccess(LPCWSTR path, int mode)
 {
-    return ::access(NativePath(path).c_str(), mode);
+    std::string p;
+    return NativePath(path, &p) ? ::access(p.c_str(), mode) : -1;
 }
 
 int _wunlink(LPCWSTR path)
 {
-    return ::unlink(NativePath(path).c_str());
+    std::string p;
+    return NativePath(path, &p) ? ::unlink(p.c_str()) : -1;
 }
 
 int _wtoi(LPCWSTR psz)
@@ -142,7 +160,9 @@ CString AfxGetLibraryModuleName()
 
 int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
 {
-    std::string target = NativePath(lpszPath);
+    std::string target;
+    if (!NativePath(lpszPath, &target))
+        return errno;
     std::random_device rd;
     std::string temp = target + ".~new" + std::to_string(rd());
     int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);

@@ -18,6 +18,13 @@ void SetLastError(DWORD dwErrCode);
 int _waccess(LPCWSTR path, int mode);  // 0 when the file exists (mode 0) or allows mode
 int _wunlink(LPCWSTR path);            // 0 on success, -1 with errno set
 int _wtoi(LPCWSTR psz);
+
+// A caller's path as the POSIX calls take it: UTF-8, with every backslash read as a
+// separator ("dir\\sub\\x.bin" is dir/sub/x.bin), since a name born on Windows never
+// holds one. A path that begins with a drive letter ("C:\\x", "C:x") names no POSIX
+// file: false then, and the file functions fail with ENOENT (CFile with the bad-path
+// cause).
+bool AfxPosixPath(LPCWSTR psz, std::string* pPath);
 #endif
 
 // The system's message text for an error number of GetLastError().

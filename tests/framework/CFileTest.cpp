@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <filesystem>
 
 using namespace prefa_test;
 
@@ -128,4 +129,79 @@ TEST(System, IdentityAndFileFinding)
     EXPECT_FALSE(find.FindFile(dir / L"nothing*"));
     EXPECT_TRUE(CFileFind::MatchPattern(L"a*b?c", L"aXXbYc"));
     EXPECT_FALSE(CFileFind::MatchPattern(L"a*b?c", L"aXXbc"));
+}
+
+TEST(CFile, BackslashesAreSeparatorsEverywhere)
+{
+    // A caller's Windows-style path reaches the file in the sub-folder, not a file
+    // named with backslashes; every function of the file layer reads it so.
+    ScratchDir dir;
+    std::filesystem::create_directory(std::filesystem::path((dir / L"sub").Std()));
+    WriteAll(dir / L"sub/seed", {0});
+    const CString folder = dir.Path() + L"\\sub\\";
+    {
+        CFile f;
+        ASSERT_TRUE(f.Open(folder + L"x.bin", CFile::modeCreate | CFile::modeWrite));
+        f.Write("ok", 2);
+        f.Close();
+    }
+    EXPECT_EQ((std::vector<BYTE>{'o', 'k'}), ReadAll(dir / L"sub/x.bin"));
+    EXPECT_EQ(0, _waccess(folder + L"x.bin", 0));
+    CFile::Rename(folder + L"x.bin", folder + L"y.bin");
+    {
+        CMirrorFile m;
+        ASSERT_TRUE(m.Open(folder + L"y.bin", CFile::modeCreate | CFile::modeWrite));
+        m.Write("new", 3);
+        m.Close();
+    }
+    EXPECT_EQ((std::vector<BYTE>{'n', 'e', 'w'}), ReadAll(dir / L"sub/y.bin"));
+    EXPECT_EQ(0, AfxCreateNewFile(folder + L"LOCK_AFF", "l", 1));
+    EXPECT_EQ(EEXIST, AfxCreateNewFile(folder + L"LOCK_AFF", "l", 1));
+    CFileFind find;
+    ASSERT_TRUE(find.FindFile(folder + L"*.bin"));
+    find.FindNextFile();
+    EXPECT_EQ(folder + L"y.bin", find.GetFilePath()); // in the caller's spelling
+    CFile::Remove(find.GetFilePath());
+    EXPECT_EQ(0, _wunlink(folder + L"LOCK_AFF"));
+    std::vector<CString> left;
+    CFileFind all;
+    for (BOOL more = all.FindFile(dir / L"sub/*"); more;)
+    {
+        more = all.FindNextFile();
+        left.push_back(all.GetFileName());
+    }
+    EXPECT_EQ((std::vector<CString>{L"seed"}), left);
+}
+
+TEST(CFile, DriveLettersAreBadPathsWhereSlashSeparates)
+{
+    if (AfxPathSeparator() != L'/')
+        GTEST_SKIP() << "drive letters are paths here";
+    for (const wchar_t* path : {L"C:\\data\\x.bin", L"c:x.bin", L"Z:/x"})
+    {
+        CFile f;
+        CFileException e;
+        EXPECT_FALSE(f.Open(path, CFile::modeCreate | CFile::modeWrite, &e)) << AfxWideToUtf8(path);
+        EXPECT_EQ(CFileException::badPath, e.m_cause);
+        EXPECT_EQ(CString(path), e.m_strFileName);
+        int cause = -1;
+        try
+        {
+            CFile::Remove(path);
+        }
+        catch (CFileException* x)
+        {
+            cause = x->m_cause;
+            x->Delete();
+        }
+        EXPECT_EQ(CFileException::badPath, cause);
+        AfxSetErrno(0);
+        EXPECT_EQ(-1, _waccess(path, 0));
+        EXPECT_EQ(ENOENT, AfxGetErrno());
+        EXPECT_EQ(ENOENT, AfxCreateNewFile(path, "x", 1));
+    }
+    // A colon elsewhere is an ordinary character.
+    ScratchDir dir;
+    CFile f;
+    EXPECT_TRUE(f.Open(dir / L"a:b", CFile::modeCreate | CFile::modeWrite));
 }
