@@ -151,7 +151,8 @@ public:
     // per time step or every few steps, never inside a cell sweep) with the fraction
     // done, 0 to 1. Returning false stops the method early: m_T1 then holds the field
     // at the end of the last completed step and the working values describe that step
-    // (the DTU criteria times stay 1300.0 unless already reached). Empty by default.
+    // (the DTU criteria times stay 1300.0 unless already reached). Empty by default. During
+    // a call from a grid method, BilanEnCours() (GrilleBilan.h) shows the field so far.
     std::function<bool(double fraction)> m_Progression;
 
 protected:

@@ -8,11 +8,13 @@ namespace
 thread_local StatistiquesBilan t_dernieres;
 thread_local const BilanThermique* t_enCours = nullptr;
 
-// Publishes the running kernel to the progress callback, which runs on this thread.
+// Publishes the running kernel to the progress callback, which runs on this thread (a
+// callback that runs a method of its own gets its kernel back afterwards).
 struct Publication
 {
-    explicit Publication(const BilanThermique& b) { t_enCours = &b; }
-    ~Publication() { t_enCours = nullptr; }
+    explicit Publication(const BilanThermique& b) : precedent(t_enCours) { t_enCours = &b; }
+    ~Publication() { t_enCours = precedent; }
+    const BilanThermique* precedent;
 };
 } // namespace
 
