@@ -158,7 +158,7 @@ std::vector<double> CalculerEnSurveillant(const Forme& f, Methode m, double pas,
 TEST(CavitesOuvertes, FieldsStayInRangeAtEveryStepAndConvergeAsCellsHalve)
 {
     DefinirNombreThreadsThermique(1);
-    const double duree = 0.03;
+    const double duree = 0.02;
     for (const Forme& f : {BoiteOuverte(), DalleAlveolee()})
         for (Methode m : kMethodes)
         {
