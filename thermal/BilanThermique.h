@@ -36,7 +36,9 @@
 //  - Material cells. Each face has the cell's half-cell resistance delta / (2 lambda) in
 //    series, so its conductance is below 2 lambda and, since
 //        (a - b)^2 / (r_a + r_b + r_face) <= a^2 / r_a + b^2 / r_b,
-//    the methods' limit rho c delta^2 / (4 lambda) holds dt times the largest eigenvalue
+//    the methods' limit rho c delta^2 / (4 lambda) (Eurocode 2: at every cell's current
+//    temperature, through its restarts; ITBTP and ZOLT: at 0 degrees, where concrete's
+//    rho c / lambda is smallest below 1900 degrees) holds dt times the largest eigenvalue
 //    of the step's matrix to 2 or less (air cells under the cavity step alike): the
 //    explicit scheme cannot amplify errors. It does not make every weight non-negative: a
 //    hot face cell whose film or cooler neighbours conduct more than lambda gets a weight
