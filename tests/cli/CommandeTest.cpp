@@ -391,3 +391,16 @@ TEST(Program, FirePictureHasFieldLegendIsothermsAndBars)
     EXPECT_NE(std::string::npos, s.find("class=\"bar\""));
     EXPECT_NE(std::string::npos, s.find(">B  "));
 }
+
+TEST(Program, AFieldThatLeavesItsRangeIsAnErrorNotTemperatures)
+{
+    // ZOLT gives an extra material no properties: its cells cannot be computed.
+    ScratchDir dir;
+    std::string file = WriteText(dir, "zolt.json", R"({"outline": [[0,0],[0.1,0],[0.1,0.1],[0,0.1]],
+      "materials": [[[0.04,0.04],[0.06,0.04],[0.06,0.06],[0.04,0.06]]], "durations": [0.05], "cell": 0.01,
+      "bars": [{"name": "B", "x": 0.05, "y": 0.03}], "method": "zolt"})");
+    std::string out, err;
+    EXPECT_EQ(1, RunProgram("fire " + file + " --json --no-picture", &out, &err, dir));
+    EXPECT_NE(std::string::npos, err.find("prefa fire: the zolt 0.05 h field left the range")) << err;
+    EXPECT_EQ(std::string::npos, out.find("temperatures")) << out;
+}
