@@ -35,6 +35,8 @@
 
 #include <functional>
 
+class CCourbeFeu;
+
 // Aggregate of the concrete. Only the order matters to the Eurocode 2 method: values
 // above 1 select its third conductivity law.
 enum TYPE_GRANULAT
@@ -122,6 +124,10 @@ public:
     void CalculTemperatureZOLT(int nMateriaux, double dDuree, double dPasImpose);
     int CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
                              MONTEE_TEMPERATURE eMontee, TYPE_GRANULAT eGranulat, int bConductiviteGranulat);
+    // The same under any fire curve (CCourbeFeu.h): the gas temperature and the fire-side
+    // convection come from the curve. With CCourbeFeuMontee(eMontee) it is the call above.
+    int CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
+                             const CCourbeFeu& courbe, TYPE_GRANULAT eGranulat, int bConductiviteGranulat);
 
     void Serialize(CArchive& ar) override;
     // Reads <studies>/<nom>/TEMPER.<numero>; a missing or locked file changes nothing.

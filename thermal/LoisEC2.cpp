@@ -1,5 +1,6 @@
 #include "thermal/LoisEC2.h"
 
+#include "thermal/CCourbeFeu.h"
 #include "thermal/LoisFlamme.h"
 #include "thermal/ProprietesEC2.h"
 
@@ -12,16 +13,16 @@ constexpr double kResistanceNonExposee = 0.12917777777777778; // 1/(9/1.1626)
 constexpr int kMateriauxCodables = 9; // a units digit names at most nine materials
 } // namespace
 
-LoisEC2::LoisEC2(int nMateriaux, double rho20, double dTeneur, int eMontee, int eGranulat,
+LoisEC2::LoisEC2(int nMateriaux, double rho20, double dTeneur, const CCourbeFeu& courbe, int eGranulat,
                  int bConductiviteGranulat, double pasCavite)
-    : m_rho20(rho20), m_eMontee(eMontee), m_eGranulat(eGranulat), m_bGranulat(bConductiviteGranulat),
-      m_pasCavite(pasCavite)
+    : m_rho20(rho20), m_courbe(courbe), m_hc(ConvectionEC2(courbe.Convection())), m_eGranulat(eGranulat),
+      m_bGranulat(bConductiviteGranulat), m_pasCavite(pasCavite)
 {
     const std::size_t n = (std::size_t)std::min(std::max(nMateriaux, 0), kMateriauxCodables - 1) + 1;
     tempInitiale = kAmbiant;
     capaciteAir = CapaciteAirEC2();
     rContact = 0.0;
-    rMateriauAir = 1.0 / CoefficientConvectionEC2(eMontee);
+    rMateriauAir = 1.0 / m_hc;
     rAirAir = rMateriauAir;
     seuilEvaporation.assign(n, 3000.0);
     teneurEau.assign(1, dTeneur);
@@ -58,7 +59,7 @@ void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, doubl
 ConditionsPas LoisEC2::PreparePas(int pas, double dt, const ResultatsFaces&) const
 {
     ConditionsPas c;
-    c.thetaGaz = TemperatureGazEC2(m_eMontee, (pas - 1) * dt, kAmbiant);
+    c.thetaGaz = m_courbe.Temperature((pas - 1) * dt);
     c.thetaAir = kAmbiant;
     c.rNonExpose = kResistanceNonExposee;
     c.rFeuParCellule = true;
@@ -67,7 +68,7 @@ ConditionsPas LoisEC2::PreparePas(int pas, double dt, const ResultatsFaces&) con
 
 double LoisEC2::ResistanceFeu(const ConditionsPas& c, double theta) const
 {
-    return 1.0 / CoefficientSurfaceEC2(c.thetaGaz, theta, m_eMontee);
+    return 1.0 / (CoefficientRayonnementEC2(c.thetaGaz, theta) + m_hc);
 }
 
 long long LoisEC2::NombrePas(double duree, double dt) const { return NombrePasEntames(duree, dt); }
