@@ -159,6 +159,12 @@ public:
     StatistiquesBilan Calculer(const LoisThermiques& lois, double duree, double dt,
                                const std::function<bool(double)>& progression = {});
 
+    // Optional: called on the calling thread at every step of a run, once every band has
+    // finished the step before and the field has passed the checks (no restart, within
+    // range): the steps taken (0 for the initial field), the step dt in hours and the
+    // field, row-major. A restart begins again at 0 with its new step.
+    std::function<void(long long pas, double dt, const double* T)> observation;
+
     const std::vector<double>& Temperatures() const { return m_T; }
     // During a progress call: the field after the last step taken (row-major, every band
     // has finished it). Null outside a run.

@@ -34,6 +34,7 @@
 #include "thermal/CArrayEx.h"
 
 #include <functional>
+#include <vector>
 
 class CCourbeFeu;
 
@@ -160,6 +161,17 @@ public:
     // (the DTU criteria times stay 1300.0 unless already reached). Empty by default. During
     // a call from a grid method, BilanEnCours() (GrilleBilan.h) shows the field so far.
     std::function<bool(double fraction)> m_Progression;
+
+    // Optional fields at several durations of one run, for time histories (every
+    // method). m_DureesReleves lists durations in hours, in any order; as the run reaches
+    // each one, m_Releve receives its index and the field, row-major in the layout of
+    // m_T1: bit for bit what a run of that duration alone would leave in m_T1, provided
+    // the time step is the same (a restart of the Eurocode 2 method, which makes the
+    // step smaller, delivers every field again from the smaller step). Durations beyond
+    // the run's are not delivered. Called on the calling thread; empty by default and,
+    // like m_Progression, neither copied nor compared.
+    std::vector<double> m_DureesReleves;
+    std::function<void(std::size_t indice, const double* champ)> m_Releve;
 
 protected:
     // Calls m_Progression; false when the caller asked to stop.
