@@ -144,6 +144,8 @@ TEST(ExpositionFaces, SlabTemperaturesAgreeWithPublishedProfiles)
     std::vector<std::vector<double>> champs(4);
     colonne.m_Releve = [&](std::size_t k, const double* T) { champs[k].assign(T, T + nl); };
     ASSERT_EQ(0, EC2Normalise(colonne, 2.0));
+    for (const std::vector<double>& c : champs)
+        ASSERT_EQ((std::size_t)nl, c.size());
     for (int p = 0; p < 3; ++p)
         for (int d = 0; d < 4; ++d)
         {
