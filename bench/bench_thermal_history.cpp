@@ -7,6 +7,8 @@
 #include "thermal/CTemperatureGenerale.h"
 #include "thermal/GrilleBilan.h"
 
+#include "PoutreReference.h"
+
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -16,20 +18,6 @@
 
 namespace
 {
-void PoutreReference(CTemperatureGenerale& t, double pas)
-{
-    const int nc = (int)(0.30 / pas + 0.5) + 2, nl = (int)(0.60 / pas + 0.5) + 2;
-    t.m_Masque.SetSize(nl);
-    for (int i = 0; i < nl; ++i)
-    {
-        t.m_Masque[i].SetSize(nc);
-        for (int j = 0; j < nc; ++j)
-            t.m_Masque[i][j] = (i == 0 || j == 0 || i == nl - 1 || j == nc - 1) ? -1.0 : 11.0;
-    }
-    t.SetDELX(pas);
-    t.m_dTravailA[9] = 2400.0;
-}
-
 // Wall seconds of one run; cpu: its processor seconds (on a loaded machine the wall
 // time counts the waits); fields: how many were handed over.
 double Run(double pas, double heures, bool historique, int& champs, double& cpu)
