@@ -165,11 +165,12 @@ public:
     // Optional fields at several durations of one run, for time histories (every
     // method). m_DureesReleves lists durations in hours, in any order; as the run reaches
     // each one, m_Releve receives its index and the field, row-major in the layout of
-    // m_T1: bit for bit what a run of that duration alone would leave in m_T1, provided
-    // the time step is the same (a restart of the Eurocode 2 method, which makes the
-    // step smaller, delivers every field again from the smaller step). Durations beyond
-    // the run's are not delivered. Called on the calling thread; empty by default and,
-    // like m_Progression, neither copied nor compared.
+    // m_T1, at the step where a run of that duration alone would stop (the grid
+    // methods' step count, the DTU method's target): bit for bit what that run would
+    // leave in m_T1, provided the time step is the same (a restart of the Eurocode 2
+    // method, which makes the step smaller, delivers every field again from the smaller
+    // step). Durations beyond the run's are not delivered. Called on the calling thread;
+    // empty by default and, like m_Progression, neither copied nor compared.
     std::vector<double> m_DureesReleves;
     std::function<void(std::size_t indice, const double* champ)> m_Releve;
 

@@ -8,6 +8,11 @@
 // Where an exposed and an unexposed side are equally near (a cell in a re-entrant corner
 // touches both), the exposed one wins. Cells of the section, its cavities and zones keep
 // their codes, and so does everything else of the field.
+//
+// The Eurocode 2 method's exchanges are cell by cell, so a face far from the others
+// behaves as alone (the middle of a wide slab heated from below is the one-dimensional
+// case). The ITBTP and ZOLT methods set their fire and air coefficients from the mean
+// temperatures of all exposed and all unexposed faces, so every face feels the others.
 #pragma once
 
 #include "thermal/CTemperatureGenerale.h"
