@@ -51,7 +51,6 @@ TEST(FireInputExposure, FacesByDirectionOrNumberEitherWayRound)
     auto message = [](const std::string& part) { return Message(With(kChamfer, part)); };
     EXPECT_NE(std::string::npos, message(R"("exposed": ["below"])").find("exposed[0]: \"bottom\", \"top\""));
     EXPECT_NE(std::string::npos, message(R"("exposed": [6])").find("exposed[0]: the outline's sides are numbered 1 to 5"));
-    EXPECT_NE(std::string::npos, message(R"("exposed": [0])").find("numbered 1 to 5"));
     EXPECT_NE(std::string::npos, message(R"("exposed": "bottom")").find("exposed: a list of faces"));
     EXPECT_NE(std::string::npos, message(R"("exposed": [1], "unexposed": [1, 2])").find("unexposed: side 1 is also exposed"));
     EXPECT_NE(std::string::npos,
@@ -99,8 +98,6 @@ TEST(FireInputCurve, NamesTablesAndTheParametricFire)
                                      .find("fire_curve.convection"));
     EXPECT_NE(std::string::npos, message(R"({"parametric": {"opening_factor": 0.3, "fire_load": 60, "thermal_inertia": 800}})")
                                      .find("fire_curve.parametric.opening_factor: Annex A covers opening factors from 0.02"));
-    EXPECT_NE(std::string::npos, message(R"({"parametric": {"opening_factor": 0.1, "thermal_inertia": 800}})")
-                                     .find("fire_curve.parametric.fire_load: missing"));
     EXPECT_NE(std::string::npos, message(R"({"parametric": {"opening_factor": 0.1, "fire_load": 60, "thermal_inertia": 800,
         "growth": "quick"}})").find("parametric.growth: slow, medium or fast"));
     // Only the Eurocode 2 method takes another curve than the standard fire.

@@ -37,12 +37,6 @@ TEST(ExpositionFaces, OutsideCellsTakeTheCodeOfTheNearestSide)
         for (int j = 0; j < 30; ++j)
             EXPECT_EQ(t.m_Masque[i][j], t.m_Masque[i][29 - j]) << i << "," << j; // symmetric
 
-    // Only the top exposed (a slab heated from above): the other way round.
-    Membre(t, 0.20, 0.40, 0.01, CTemperatureGenerale::EC2, {N, N, O, N});
-    EXPECT_EQ(-1.0, t.m_Masque[1][10]);
-    EXPECT_EQ(-2.0, t.m_Masque[20][29]);
-    EXPECT_EQ(-2.0, t.m_Masque[42][15]);
-
     // Every side exposed is the plain mesh: every outside cell fire-side gas.
     CTemperatureGenerale a, b;
     Membre(a, 0.20, 0.40, 0.01, CTemperatureGenerale::EC2, {O, O, O, O});
