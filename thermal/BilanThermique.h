@@ -62,6 +62,8 @@
 // of the unexposed faces and the largest unexposed face temperature ever reached.
 #pragma once
 
+#include "framework/Processeur.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -199,8 +201,10 @@ private:
     void Bandes(int nThreads);
     struct Partage;
     void Travailler(int bande, Partage& p);
+    PREFA_VECTORIEL_AVX2
     double PhaseProprietes(const Bande& b, const LoisThermiques& lois, const ConditionsPas* prec,
                            const double* T, std::vector<double>& lam, std::vector<double>& rc, double dt);
+    PREFA_VECTORIEL_AVX2
     double PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c, const double* T,
                          double* Tn, double dt);
     double EchangeSpecial(std::size_t i, const LoisThermiques& lois, const ConditionsPas& c,

@@ -1,5 +1,7 @@
 #include "thermal/LoisEC2.h"
 
+#include "framework/Processeur.h"
+
 #include "thermal/CCourbeFeu.h"
 #include "thermal/LoisFlamme.h"
 #include "thermal/ProprietesEC2.h"
@@ -32,17 +34,22 @@ LoisEC2::LoisEC2(int nMateriaux, double rho20, double dTeneur, const CCourbeFeu&
     facesInitiales.maxNonExposee = kAmbiant;
 }
 
-void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, double* lambda, double* rhoC) const
+namespace
 {
-    const double rho20 = m_rho20;
+// The properties of a run of cells, apart from the class: a virtual function cannot be
+// built for several processors.
+PREFA_VECTORIEL_AVX2
+void ProprietesEC2(int materiau, int eGranulat, int bGranulat, double rho20, const double* theta, std::size_t n,
+                   double* lambda, double* rhoC)
+{
     // The cases are split so that each loop is a plain vectorisable sweep.
-    if (m_bGranulat == 0 && materiau == 0)
+    if (bGranulat == 0 && materiau == 0)
         for (std::size_t j = 0; j < n; ++j)
             lambda[j] = ConductiviteEC2(0, theta[j], 0, 0);
-    else if (m_bGranulat == 0)
+    else if (bGranulat == 0)
         for (std::size_t j = 0; j < n; ++j)
             lambda[j] = 0.0;
-    else if (m_eGranulat > 1)
+    else if (eGranulat > 1)
         for (std::size_t j = 0; j < n; ++j)
             lambda[j] = ConductiviteEC2(0, theta[j], 2, 1);
     else
@@ -54,6 +61,12 @@ void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, doubl
     else
         for (std::size_t j = 0; j < n; ++j)
             rhoC[j] = MasseVolumiqueEC2(rho20, theta[j]) * ChaleurSpecifiqueEC2(materiau, theta[j]);
+}
+} // namespace
+
+void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, double* lambda, double* rhoC) const
+{
+    ProprietesEC2(materiau, m_eGranulat, m_bGranulat, m_rho20, theta, n, lambda, rhoC);
 }
 
 ConditionsPas LoisEC2::PreparePas(int pas, double dt, const ResultatsFaces&) const
