@@ -8,7 +8,7 @@ double CCourbeFeuMontee::Temperature(double heures) const { return TemperatureGa
 
 double CCourbeFeuMontee::Convection() const
 {
-    return m_eMontee == CTemperatureGenerale::MONTEE_HYDROCARBURE ? 50.0 : 25.0;
+    return m_eMontee == (int)CTemperatureGenerale::MONTEE_HYDROCARBURE ? 50.0 : 25.0;
 }
 
 double CCourbeFeuNormalisee::Temperature(double heures) const

@@ -31,12 +31,13 @@ public:
 class CCourbeFeuMontee : public CCourbeFeu
 {
 public:
-    explicit CCourbeFeuMontee(CTemperatureGenerale::MONTEE_TEMPERATURE eMontee) : m_eMontee(eMontee) {}
+    explicit CCourbeFeuMontee(CTemperatureGenerale::MONTEE_TEMPERATURE eMontee) : m_eMontee((int)eMontee) {}
     double Temperature(double heures) const override;
     double Convection() const override;
 
 private:
-    CTemperatureGenerale::MONTEE_TEMPERATURE m_eMontee;
+    int m_eMontee; // kept as a number: callers pass numbers outside the enumeration
+
 };
 
 // The nominal curves of EN 1991-1-2 (3.2), time in minutes as the standard writes them:
