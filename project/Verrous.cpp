@@ -8,15 +8,24 @@
 
 namespace
 {
+const wchar_t* const MESSAGE_PAS_UN_VERROU =
+    L"Not a regular file (a link, a pipe, a device or a folder): it cannot be a lock; remove it.";
+
+// Whatever holds the name counts, a dangling link too: a lock name is never free
+// because a link points nowhere.
 bool Existe(const CString& strChemin)
 {
-    return _waccess(strChemin, 0) == 0;
+    return AfxGetFileKind(strChemin) != afxNoFile;
 }
 
 void Rapporte(LPCTSTR lpszCle, int nLigne, int nCause, const CString& strChemin)
 {
+    // A lock that is no regular file is never read through (nor waited on, for a
+    // pipe): the cause's number alone would not tell the user why.
+    const AFX_FILE_KIND nature = AfxGetFileKind(strChemin);
+    const bool bEtrange = nature == afxOtherFile || nature == afxDirectory;
     MessErreur(lpszCle, L"..\\General", nLigne, nCause, AfxGetLibraryModuleName(), IDS_PREFA_ERREUR_FICHIER,
-               strChemin, L"");
+               strChemin, bEtrange ? MESSAGE_PAS_UN_VERROU : L"");
 }
 
 // Deletes a lock file; 0 on success, else the run-time's error number.

@@ -3,6 +3,7 @@
 #include "ProjetFixture.h"
 
 #include <cstring>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -335,6 +336,47 @@ TEST_F(Verrous, SwitchOffAndTrivialCalls)
     EXPECT_FALSE(Exists(LockAff()));
     EXPECT_EQ(ReadAll(LockPla(4)), RecordLock("bob", "PC-B"));
     EXPECT_TRUE(boites.boxes.empty());
+}
+
+// A lock name held by a pipe used to block the reading for ever; a dangling link read
+// as a free lock. Both are refused at once, and the report says what they are.
+TEST_F(Verrous, LockNamesThatAreNoRegularFileAreRefusedAtOnce)
+{
+    MessageBoxCapture boites;
+    const std::string dossier = m_racine.Utf8() + "/AFF1/";
+    ASSERT_EQ(0, mkfifo((dossier + "LOCK_AFF").c_str(), 0600));
+    std::filesystem::create_symlink(dossier + "nowhere", dossier + "LOCK_PLA.04");
+    std::filesystem::create_symlink(dossier + "nowhere", dossier + "DEVIS.01.lock");
+    ASSERT_EQ(0, mkfifo((dossier + "DEVIS.02.lock").c_str(), 0600));
+    alarm(30); // a regression blocks: let it fail rather than hang
+
+    EXPECT_EQ(GererLock(0, L"AFF1", 0, 5, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), 1u);
+    EXPECT_GE(boites.boxes[0].text.Find(L"IDENTERR_584"), 0);
+    EXPECT_GE(boites.boxes[0].text.Find(LockAff() + L"\nNot a regular file"), 0);
+    EXPECT_EQ(GererLock(0, L"AFF1", 4, 7, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), 2u);
+    EXPECT_GE(boites.boxes[1].text.Find(L"IDENTERR_584"), 0);
+    std::filesystem::remove(dossier + "LOCK_AFF");
+    EXPECT_EQ(GererLock(0, L"AFF1", 4, 7, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), 3u);
+    EXPECT_GE(boites.boxes[2].text.Find(L"IDENTERR_591"), 0);
+    EXPECT_GE(boites.boxes[2].text.Find(L"Not a regular file"), 0);
+
+    CConfigBRAXEL alice;
+    CString detenteur;
+    for (const wchar_t* fichier : {L"DEVIS.01", L"DEVIS.02"})
+    {
+        EXPECT_FALSE(bLockFichierPossible(alice, Affaire(fichier), detenteur, true)) << AfxWideToUtf8(fichier);
+        EXPECT_EQ(detenteur, L"Verrouillé par  sur ");
+        EXPECT_FALSE(bEcritLockFichier(alice, Affaire(fichier), detenteur, true));
+    }
+    alarm(0);
+    // Refused, and left as they were.
+    EXPECT_TRUE(std::filesystem::is_symlink(dossier + "LOCK_PLA.04"));
+    EXPECT_TRUE(std::filesystem::is_symlink(dossier + "DEVIS.01.lock"));
+    EXPECT_FALSE(std::filesystem::exists(dossier + "nowhere"));
+    EXPECT_TRUE(std::filesystem::is_fifo(dossier + "DEVIS.02.lock"));
 }
 
 // Several processes, each its own workstation, race for the same free project lock.
