@@ -154,17 +154,24 @@ bool bLockFichierPossible(CConfigBRAXEL& config, CString strFichier, CString& st
 
 bool bEcritLockFichier(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif)
 {
+    strDetenteur.Empty();
     if (!bActif)
         return true;
-    CString strLock = strFichier + L".lock";
-    if (!bLockFichierPossible(config, strFichier, strDetenteur, bActif))
-        return false;
-    if (!Existe(strLock) && config.CreeFichierLock(strLock) == EEXIST)
+    const CString strLock = strFichier + L".lock";
+    // The creation itself is the test: it succeeds only where no lock exists, so a
+    // lock that appears at any moment is found by it and read, never overlooked. A
+    // lock released between the failed creation and its reading is tried again.
+    for (int essai = 0; essai < 8; ++essai)
     {
-        // Another workstation took it between the test and the creation.
-        return bLockFichierPossible(config, strFichier, strDetenteur, bActif);
+        const int nErreur = config.CreeFichierLock(strLock);
+        if (nErreur != EEXIST)
+            return true; // created, or a failed write, which does not refuse the file
+        if (!bLockFichierPossible(config, strFichier, strDetenteur, bActif))
+            return false;
+        if (!strDetenteur.IsEmpty())
+            return true; // our own lock, kept as it is
     }
-    return true;
+    return false; // a lock that keeps coming and going: another workstation is at work
 }
 
 void DetruitLockFichier(CString strFichier, bool bActif)

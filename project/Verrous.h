@@ -29,6 +29,8 @@ const UINT IDS_LOCK_AFFAIRE_LIBERATION = 45833; // another's project lock at rel
 bool bLockFichierPossible(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif);
 // Takes the lock: false when another holds it; writes this identity's lock when none
 // exists (an own lock is kept as it is). True otherwise, a failed write included.
+// The lock is created exclusively, so of several workstations taking a free lock at
+// the same moment exactly one succeeds.
 bool bEcritLockFichier(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif);
 // Removes the lock; a failure is ignored.
 void DetruitLockFichier(CString strFichier, bool bActif);
