@@ -5,6 +5,7 @@
 #include "project/Environnement.h"
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
+#include "support/PannesFichier.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -281,5 +282,13 @@ TEST(CTemperatureGenerale, StudyFileRoundTripAndFailures)
         EXPECT_NE(std::wstring::npos, texte.find(L"4705"));
     }
     EXPECT_FALSE(Exists(Compose_Fichier_Etudes(L"NoSuchStudy", L"TEMPER.", 3)));
+
+    // A save failing at any write, flush or rename keeps the previous field whole.
+    CTemperatureGenerale suivant = Champ(5, 3, CTemperatureGenerale::EC2);
+    EprouveLesPannes({chemin}, [&] {
+        MessageBoxCapture boxes;
+        suivant.Ecriture(L"E1", 3);
+        return boxes.boxes.empty();
+    });
     AnnuleDefinitionEnvironnement();
 }
