@@ -112,8 +112,9 @@ json Parse(const std::string& source, const std::string& text)
             throw InputError(source, "", "the file must hold one JSON object");
         return root;
     }
-    catch (const json::parse_error& e)
+    catch (const json::exception& e)
     {
+        // Syntax errors, and numbers beyond the doubles (out_of_range), alike.
         throw InputError(source, "", std::string("not valid JSON (") + e.what() + ")");
     }
 }
