@@ -1,0 +1,144 @@
+// Qt's application for the host: started once, counted, and stopped cleanly at the last
+// Arrete, at the host's exit or when the host unloads the library.
+#include "BoucleHote.h"
+#include "EtatQt.h"
+
+#include <QApplication>
+#include <QThread>
+#include <QWidget>
+
+#include <cstdlib>
+
+using namespace prefa_qthost_detail;
+
+namespace
+{
+void Ferme()
+{
+    EtatQt& e = Etat();
+    // The embeddings give their widgets back, the loan ends, our X connection closes.
+    std::vector<CIncrustation::Impl*> incrustations = e.incrustations;
+    for (CIncrustation::Impl* p : incrustations)
+        RetireIncrustation(p);
+    delete e.pBoucle.data();
+    e.pPlateforme.reset();
+    if (e.pApplication)
+    {
+        // Widgets outlive no application: those still alive go now (a CWnd sees its
+        // window gone), then the deletions Qt was asked for, then Qt itself.
+        QList<QPointer<QWidget>> fenetres;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            fenetres.append(w);
+        for (const QPointer<QWidget>& w : fenetres)
+            delete w.data();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        e.pApplication.reset();
+        e.argv.clear();
+        e.arguments.clear();
+        e.argc = 0;
+    }
+    std::lock_guard<std::mutex> garde(e.verrou);
+    e.nDemarrages = 0;
+    e.bHoteQt = false;
+}
+
+// The host ends, or unloads the library, with Qt still running: registered once Qt's
+// application exists, so that it runs before the exit handlers Qt registered while
+// starting, and, in a library loaded at run time, when the library is unloaded.
+void FinDuProcessus()
+{
+    EtatQt& e = Etat();
+    bool bAFaire;
+    {
+        std::lock_guard<std::mutex> garde(e.verrou);
+        // Qt's objects can only go on Qt's thread; from another one they are left.
+        bAFaire = e.nDemarrages > 0 && std::this_thread::get_id() == e.fil;
+    }
+    if (bAFaire)
+        Ferme();
+}
+} // namespace
+
+int CQtHote::Demarre(int argc, char** argv)
+{
+    int n = VerifieAppel(false);
+    if (n != QTHOTE_OK)
+        return n;
+    EtatQt& e = Etat();
+    if (e.nDemarrages > 0)
+    {
+        std::lock_guard<std::mutex> garde(e.verrou);
+        ++e.nDemarrages;
+        return Reussite();
+    }
+    bool bHoteQt = false;
+    if (QCoreApplication* pApplication = QCoreApplication::instance())
+    {
+        if (!qobject_cast<QApplication*>(pApplication))
+            return Echec(QTHOTE_ECHEC, QStringLiteral("the host's Qt application is no QApplication: it cannot show widgets"));
+        if (pApplication->thread() != QThread::currentThread())
+            return Echec(QTHOTE_AUTRE_FIL, QStringLiteral("called from a thread other than the host's Qt thread"));
+        bHoteQt = true;
+    }
+    else
+    {
+        QStringList liste;
+        e.arguments.clear();
+        for (int i = 0; i < argc && argv && argv[i]; ++i)
+            e.arguments.emplace_back(argv[i]);
+        if (e.arguments.empty())
+            e.arguments.emplace_back("prefa");
+        for (const QByteArray& a : e.arguments)
+            liste.append(QString::fromLocal8Bit(a));
+        QString erreur;
+        if (!Plateforme::AffichageDisponible(liste, erreur))
+            return Echec(QTHOTE_SANS_AFFICHAGE, erreur);
+        e.argv.clear();
+        for (QByteArray& a : e.arguments)
+            e.argv.push_back(a.data());
+        e.argv.push_back(nullptr);
+        e.argc = (int)e.arguments.size();
+        e.pApplication = std::make_unique<QApplication>(e.argc, e.argv.data());
+        if (!e.bSortieInscrite)
+            e.bSortieInscrite = std::atexit(FinDuProcessus) == 0;
+    }
+    std::lock_guard<std::mutex> garde(e.verrou);
+    e.bFilFixe = true;
+    e.fil = std::this_thread::get_id();
+    e.nDemarrages = 1;
+    e.bHoteQt = bHoteQt;
+    return Reussite();
+}
+
+int CQtHote::Arrete()
+{
+    int n = VerifieAppel();
+    if (n != QTHOTE_OK)
+        return n;
+    EtatQt& e = Etat();
+    if (e.nDemarrages == 1 && e.pApplication && (e.nTraitements > 0 || QThread::currentThread()->loopLevel() > 0))
+        return Echec(QTHOTE_OCCUPE, QStringLiteral("Qt cannot stop from inside its own event processing: "
+                                                   "stop it from the host's loop"));
+    if (e.nDemarrages > 1)
+    {
+        std::lock_guard<std::mutex> garde(e.verrou);
+        --e.nDemarrages;
+        return Reussite();
+    }
+    Ferme();
+    return Reussite();
+}
+
+BOOL CQtHote::EstDemarre()
+{
+    EtatQt& e = Etat();
+    std::lock_guard<std::mutex> garde(e.verrou);
+    return e.nDemarrages > 0;
+}
+
+BOOL CQtHote::EstHoteQt()
+{
+    EtatQt& e = Etat();
+    std::lock_guard<std::mutex> garde(e.verrou);
+    return e.nDemarrages > 0 && e.bHoteQt;
+}
