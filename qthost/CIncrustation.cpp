@@ -117,10 +117,13 @@ void CIncrustation::Impl::Retire()
         e.pPlateforme->Oublie(hote, this);
     if (pWidget)
     {
+        // Back in its former parent as it was there; without one it stays hidden
+        // rather than coming up as a window of its own.
         pWidget->hide();
         pWidget->setParent(pParentAvant);
         pWidget->setGeometry(geometrieAvant);
-        pWidget->setVisible(bVisibleAvant);
+        if (pParentAvant && bVisibleAvant)
+            pWidget->show();
     }
     // The container's window before Qt's view of the host's window, its parent, which
     // would take it along.
@@ -156,6 +159,15 @@ void prefa_qthost_detail::RetireIncrustation(CIncrustation::Impl* p)
     p->Retire();
 }
 
+void prefa_qthost_detail::AbandonneIncrustation(CIncrustation::Impl* p)
+{
+    p->pConteneur = nullptr;
+    (void)p->pFenetreHote.release();
+    p->pWidget = nullptr;
+    p->pParentAvant = nullptr;
+    p->hote = 0;
+}
+
 CIncrustation::CIncrustation() : d(std::make_unique<Impl>()) {}
 
 // Retires the widget; after Qt stopped (a host's static object at exit) there is
@@ -186,7 +198,7 @@ int CIncrustation::Incruste(WId fenetreHote, QWidget* pWidget)
     d->pWidget = pWidget;
     d->pParentAvant = pWidget->parentWidget();
     d->geometrieAvant = pWidget->geometry();
-    d->bVisibleAvant = pWidget->isVisibleTo(pWidget->parentWidget() ? pWidget->parentWidget() : pWidget);
+    d->bVisibleAvant = !pWidget->isHidden();
     d->pFenetreHote.reset(QWindow::fromWinId(fenetreHote));
     Conteneur* pConteneur = new Conteneur(d.get());
     d->pConteneur = pConteneur;

@@ -3,7 +3,8 @@
 // walks the widget's own children and, past the last one (Shift+Tab: the first), gives
 // the keyboard focus back to the host window and tells the host, which moves it on.
 // The host gives the focus in with DonneFocus. The host keeps owning the widget:
-// Retire, or the end of this object, hands it back as it was before.
+// Retire, or the end of this object, hands it back to its former parent as it was
+// there (hidden, when it had none). When Qt stops, the widgets still alive go with it.
 #pragma once
 
 #include "qthost/CQtHote.h"

@@ -7,7 +7,6 @@
 #include <QThread>
 #include <QWidget>
 
-#include <cstdlib>
 
 using namespace prefa_qthost_detail;
 
@@ -42,20 +41,33 @@ void Ferme()
     e.bHoteQt = false;
 }
 
-// The host ends, or unloads the library, with Qt still running: registered once Qt's
-// application exists, so that it runs before the exit handlers Qt registered while
-// starting, and, in a library loaded at run time, when the library is unloaded.
-void FinDuProcessus()
+bool SurLeFilDeQt()
 {
     EtatQt& e = Etat();
-    bool bAFaire;
-    {
-        std::lock_guard<std::mutex> garde(e.verrou);
-        // Qt's objects can only go on Qt's thread; from another one they are left.
-        bAFaire = e.nDemarrages > 0 && std::this_thread::get_id() == e.fil;
-    }
-    if (bAFaire)
+    std::lock_guard<std::mutex> garde(e.verrou);
+    // Qt's objects can only go on Qt's thread; from another one they are left.
+    return e.nDemarrages > 0 && std::this_thread::get_id() == e.fil;
+}
+
+// The host unloads the library with Qt running: Qt stops as at the last Arrete.
+void AuDechargement()
+{
+    if (SurLeFilDeQt())
         Ferme();
+}
+
+// The host exits with Qt running: what Qt made is left to the system, and nothing of
+// ours touches it any more (a host's static object ending after us included).
+void ALaSortie()
+{
+    EtatQt& e = Etat();
+    for (CIncrustation::Impl* p : e.incrustations)
+        AbandonneIncrustation(p);
+    e.incrustations.clear();
+    (void)e.pPlateforme.release();
+    (void)e.pApplication.release();
+    std::lock_guard<std::mutex> garde(e.verrou);
+    e.nDemarrages = 0;
 }
 } // namespace
 
@@ -99,8 +111,7 @@ int CQtHote::Demarre(int argc, char** argv)
         e.argv.push_back(nullptr);
         e.argc = (int)e.arguments.size();
         e.pApplication = std::make_unique<QApplication>(e.argc, e.argv.data());
-        if (!e.bSortieInscrite)
-            e.bSortieInscrite = std::atexit(FinDuProcessus) == 0;
+        Plateforme::InscritFin(AuDechargement, ALaSortie);
     }
     std::lock_guard<std::mutex> garde(e.verrou);
     e.bFilFixe = true;

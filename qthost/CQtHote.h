@@ -52,9 +52,10 @@ public:
     // and Qt stops at the last one. Nothing is created twice.
     static int Demarre(int argc = 0, char** argv = nullptr);
     // Drops one start. The last one closes the embeddings, deletes the widgets still
-    // alive and Qt's application (not a host's own). A host that ends or unloads the
-    // library without it gets the same done on its way out. Refused (QTHOTE_OCCUPE)
-    // from inside Qt's event processing.
+    // alive and Qt's application (not a host's own). Refused (QTHOTE_OCCUPE) from
+    // inside Qt's event processing. A host that unloads the library without it gets the
+    // same done at the unload; one that exits without it leaves Qt to the system, as
+    // Qt's own globals are being destroyed then.
     static int Arrete();
     static BOOL EstDemarre();
     // TRUE when the host is a Qt program whose application was joined.

@@ -37,7 +37,6 @@ struct EtatQt
     std::vector<QByteArray> arguments;           // the copy QApplication keeps pointers into
     std::vector<char*> argv;
     int argc = 0;
-    bool bSortieInscrite = false;
     std::unique_ptr<Plateforme> pPlateforme;
     QPointer<BoucleHote> pBoucle;
     std::vector<CIncrustation::Impl*> incrustations;
@@ -60,6 +59,8 @@ Plateforme* PlateformeOuverte(int* pnCode);
 
 // Takes a widget out of the host's window and gives it back (when Qt stops).
 void RetireIncrustation(CIncrustation::Impl* p);
+// Forgets the embedding without touching Qt (at exit, Qt is left to the system).
+void AbandonneIncrustation(CIncrustation::Impl* p);
 
 // Counts one of our calls running Qt's events for as long as it lives.
 struct TraitementEnCours

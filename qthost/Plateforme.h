@@ -34,6 +34,11 @@ public:
     static bool AffichageDisponible(const QStringList& arguments, QString& erreur);
     // Once Qt runs: null, with the reason, when Qt's platform is not the native one.
     static std::unique_ptr<Plateforme> Ouvre(QString& erreur);
+    // The host's end with Qt still running. surDechargement runs when the library is
+    // unloaded from a process that goes on: Qt's own globals are still there and Qt
+    // can stop. surSortie runs when the process exits: Qt's globals are being
+    // destroyed in an order nobody controls, and Qt is left to the system.
+    static void InscritFin(void (*surDechargement)(), void (*surSortie)());
     ~Plateforme();
 
     bool FenetreValide(WId fenetre);

@@ -12,6 +12,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <vector>
 
@@ -77,6 +78,14 @@ Plateforme::~Plateforme() = default;
 bool Plateforme::AffichageDisponible(const QStringList&, QString&)
 {
     return true;  // a desktop session always has one
+}
+
+void Plateforme::InscritFin(void (*)(), void (*surSortie)())
+{
+    // A library's exit handlers run at exit and at FreeLibrary alike: both leave Qt to
+    // the system (DllMain, which tells them apart, belongs to the library's user).
+    static const bool bInscrit = std::atexit(surSortie) == 0;
+    (void)bInscrit;
 }
 
 std::unique_ptr<Plateforme> Plateforme::Ouvre(QString& erreur)

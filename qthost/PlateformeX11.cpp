@@ -36,6 +36,25 @@ QString AffichageDemande(const QStringList& arguments)
     return affichage.isEmpty() ? qEnvironmentVariable("DISPLAY") : affichage;
 }
 
+void (*g_pfnDechargement)() = nullptr;
+void (*g_pfnSortie)() = nullptr;
+bool g_bSortie = false;
+
+void Sortie()
+{
+    g_bSortie = true;
+    if (g_pfnSortie)
+        g_pfnSortie();
+}
+
+// Runs before the library's static objects go, both when it is unloaded and at exit,
+// where the exit handlers (Sortie among them) have run already.
+__attribute__((destructor)) void Dechargement()
+{
+    if (!g_bSortie && g_pfnDechargement)
+        g_pfnDechargement();
+}
+
 template <typename T>
 struct Libere
 {
@@ -203,6 +222,14 @@ bool Plateforme::AffichageDisponible(const QStringList& arguments, QString& erre
     if (!bOuvert)
         erreur = QStringLiteral("cannot open the display \"%1\"").arg(affichage);
     return bOuvert;
+}
+
+void Plateforme::InscritFin(void (*surDechargement)(), void (*surSortie)())
+{
+    g_pfnDechargement = surDechargement;
+    g_pfnSortie = surSortie;
+    static const bool bInscrit = std::atexit(Sortie) == 0;
+    (void)bInscrit;
 }
 
 std::unique_ptr<Plateforme> Plateforme::Ouvre(QString& erreur)
