@@ -170,8 +170,8 @@ void prefa_qthost_detail::AbandonneIncrustation(CIncrustation::Impl* p)
 
 CIncrustation::CIncrustation() : d(std::make_unique<Impl>()) {}
 
-// Retires the widget; after Qt stopped (a host's static object at exit) there is
-// nothing left to do.
+// The implementation retires the widget; after Qt stopped, or at exit, there is nothing
+// left to do.
 CIncrustation::~CIncrustation() = default;
 
 int CIncrustation::Incruste(WId fenetreHote, CWnd* pWnd)

@@ -1,12 +1,11 @@
-// Qt's application for the host: started once, counted, and stopped cleanly at the last
-// Arrete, at the host's exit or when the host unloads the library.
+// Qt's application for the host: started once, counted, stopped cleanly at the last
+// Arrete or when the host unloads the library, left to the system at the host's exit.
 #include "BoucleHote.h"
 #include "EtatQt.h"
 
 #include <QApplication>
 #include <QThread>
 #include <QWidget>
-
 
 using namespace prefa_qthost_detail;
 
@@ -64,8 +63,11 @@ void ALaSortie()
     for (CIncrustation::Impl* p : e.incrustations)
         AbandonneIncrustation(p);
     e.incrustations.clear();
-    (void)e.pPlateforme.release();
-    (void)e.pApplication.release();
+    // Left, not lost: held where a leak checker sees them.
+    [[maybe_unused]] static Plateforme* volatile pPlateformeLaissee = nullptr;
+    [[maybe_unused]] static QApplication* volatile pApplicationLaissee = nullptr;
+    pPlateformeLaissee = e.pPlateforme.release();
+    pApplicationLaissee = e.pApplication.release();
     std::lock_guard<std::mutex> garde(e.verrou);
     e.nDemarrages = 0;
 }

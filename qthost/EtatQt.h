@@ -24,12 +24,11 @@ class BoucleHote;
 
 struct EtatQt
 {
-    // Read by any thread (the checks), written on Qt's thread.
+    // Under the lock: read by any thread (the checks), written on Qt's thread.
     std::mutex verrou;
-    bool bFilFixe = false;   // Qt started once on a thread, which stays Qt's for the process
+    bool bFilFixe = false;  // Qt started once on a thread, which stays Qt's for the process
     std::thread::id fil;
     int nDemarrages = 0;
-
     bool bHoteQt = false;
 
     // Qt's thread only.

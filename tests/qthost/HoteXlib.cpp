@@ -272,6 +272,7 @@ int main(int argc, char** argv)
     hote.grille.Retire();
     hote.note.Retire();
     CQtHote::Arrete();
+    XFreeGC(hote.pAffichage, hote.gc);
     XCloseDisplay(hote.pAffichage);
     std::printf("fin\n");
     return 0;

@@ -2,11 +2,14 @@
 // dlclose); the host finds these functions by name.
 #include "prefa_qthost.h"
 
+#include <memory>
+
 namespace
 {
-// Left to the unload when the host does not stop Qt itself.
-CIncrustation* g_pIncrustation = nullptr;
-CEdit* g_pEdit = nullptr;
+// The library's own objects, which go when it is unloaded; the Qt they stand on is
+// stopped by then when the host did not stop it.
+std::unique_ptr<CIncrustation> g_pIncrustation;
+std::unique_ptr<CEdit> g_pEdit;
 } // namespace
 
 // Starts Qt and shows a field in the host's window.
@@ -15,11 +18,11 @@ extern "C" int prefa_module_demarre(unsigned long fenetre)
     int n = CQtHote::Demarre();
     if (n != QTHOTE_OK)
         return n;
-    g_pEdit = new CEdit;
+    g_pEdit = std::make_unique<CEdit>();
     g_pEdit->Create(WS_CHILD | WS_VISIBLE, CRect(0, 0, 100, 20), nullptr, 1);
     g_pEdit->SetWindowText(L"module");
-    g_pIncrustation = new CIncrustation;
-    return g_pIncrustation->Incruste(fenetre, g_pEdit);
+    g_pIncrustation = std::make_unique<CIncrustation>();
+    return g_pIncrustation->Incruste(fenetre, g_pEdit.get());
 }
 
 extern "C" int prefa_module_traite(int nBudgetMs)
@@ -29,9 +32,7 @@ extern "C" int prefa_module_traite(int nBudgetMs)
 
 extern "C" int prefa_module_arrete()
 {
-    delete g_pIncrustation;
-    delete g_pEdit;
-    g_pIncrustation = nullptr;
-    g_pEdit = nullptr;
+    g_pIncrustation.reset();
+    g_pEdit.reset();
     return CQtHote::Arrete();
 }

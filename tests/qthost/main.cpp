@@ -2,13 +2,6 @@
 // through the calls under test, on the virtual X server sous-xvfb runs them on.
 #include <gtest/gtest.h>
 
-// What Qt's X platform and fontconfig keep until the process ends is not ours (read by
-// LeakSanitizer in the sanitizer build, unused otherwise).
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig.so\nleak:libQt5XcbQpa.so\nleak:libqxcb.so\nleak:libdbus-1.so\n";
-}
-
 int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
