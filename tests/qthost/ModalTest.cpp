@@ -71,6 +71,7 @@ TEST(Modal, TheDialogIsTransientForTheHostCentredOnItAndBlocksItUntilItCloses)
         // The topmost child of the host's window is the pane over all of it.
         ASSERT_FALSE(o.enfants.empty());
         EXPECT_TRUE(o.enfants.back().bEntreeSeule);
+        EXPECT_TRUE(o.enfants.back().bVisible);
         EXPECT_EQ(QRect(0, 0, 400, 300), o.enfants.back().geometrie);
 
         EXPECT_TRUE(hote.Enfants(hote.Id()).empty());

@@ -103,6 +103,10 @@ TEST(Vie, WithoutADisplayFailsWithAMessageInsteadOfAborting)
     char* argv[] = {a0, a1, a2, nullptr};
     EXPECT_EQ(QTHOTE_SANS_AFFICHAGE, CQtHote::Demarre(3, argv));
     EXPECT_TRUE(Contient(CQtHote::MessageErreur(), L":9876"));
+    char b1[] = "--display", b2[] = ":9877";
+    char* argvLong[] = {a0, b1, b2, nullptr};
+    EXPECT_EQ(QTHOTE_SANS_AFFICHAGE, CQtHote::Demarre(3, argvLong));
+    EXPECT_TRUE(Contient(CQtHote::MessageErreur(), L":9877"));
     EXPECT_FALSE(CQtHote::EstDemarre());
 
     EXPECT_EQ(QTHOTE_OK, CQtHote::Demarre());
