@@ -181,17 +181,10 @@ int CIncrustation::Incruste(WId fenetreHote, CWnd* pWnd)
 
 int CIncrustation::Incruste(WId fenetreHote, QWidget* pWidget)
 {
-    int n = VerifieAppel();
-    if (n != QTHOTE_OK)
-        return n;
-    if (!pWidget)
-        return Echec(QTHOTE_ARGUMENT, QStringLiteral("no widget to show"));
-    Plateforme* pPlateforme = PlateformeOuverte(&n);
+    int n = QTHOTE_OK;
+    Plateforme* pPlateforme = VerifieAppelSurFenetre(fenetreHote, pWidget, "widget", &n);
     if (!pPlateforme)
         return n;
-    if (!pPlateforme->FenetreValide(fenetreHote))
-        return Echec(QTHOTE_FENETRE_INVALIDE,
-                     QStringLiteral("0x%1 is no window of the display").arg(fenetreHote, 0, 16));
     d->Retire();
 
     d->hote = fenetreHote;

@@ -7,14 +7,15 @@
 // call from another thread, before Qt starts, without a display or with a handle that
 // is no window returns a failure code below and leaves a message for MessageErreur.
 //
-// Which loops run Qt by themselves: on Linux, Qt's event dispatcher is the GLib main
-// loop's default context, so a host that runs GLib's loop (GTK, or g_main_context_
-// iteration in its own loop) runs Qt's events with no call of ours; on Windows, Qt's
-// events are window messages, so the host's GetMessage/DispatchMessage loop runs them
-// (a dialog loop must let Qt's child windows have their keys: IsDialogMessage asks
-// them with WM_GETDLGCODE). BoucleNativeIntegree tells whether this is so. A host
-// with a loop of its own (Xlib's XNextEvent, select or poll) calls TraiteEvenements
-// from its loop or its idle handler, and best waits through AttendEvenements.
+// Which loops run Qt by themselves: on Linux, Qt's event dispatcher sits on the GLib
+// main loop's default context, so a host that runs GLib's loop (GTK, or
+// g_main_context_iteration in its own loop) runs Qt's events with no call of ours; on
+// Windows, Qt's events are messages to a window of Qt's on the host's thread, so the
+// host's GetMessage/DispatchMessage loop runs them. BoucleNativeIntegree tells whether
+// this is so (Qt started with QT_NO_GLIB runs its own poll loop, which nothing else
+// runs). A host with a loop of its own (Xlib's XNextEvent, select or poll) calls
+// TraiteEvenements from its loop or its idle handler, and best waits through
+// AttendEvenements.
 #pragma once
 
 #include "framework/CString.h"
@@ -63,9 +64,11 @@ public:
     // TRUE when the platform's own loop runs Qt's events (see above).
     static BOOL BoucleNativeIntegree();
 
-    // Runs Qt's pending events for at most about nBudgetMs milliseconds (an event is
-    // never cut short) and returns; *pbReste tells whether events were left for the
-    // next call. Never waits for events to come.
+    // Runs Qt's pending events in passes until none is left or nBudgetMs milliseconds
+    // have gone, and returns; *pbReste tells whether events may be left for the next
+    // call. Qt hands out what is pending in batches (all posted events, all due timers)
+    // which are never cut short: the budget bounds the passes, work that goes on by
+    // events (a zero timer, repaints) is spread over calls. Never waits for events.
     static int TraiteEvenements(int nBudgetMs = 10, BOOL* pbReste = nullptr);
     // Lends the host's loop to Qt's nested loops (modal dialogs, menus, message boxes),
     // during which pfnTour runs when nDescripteur has input and when the delay it

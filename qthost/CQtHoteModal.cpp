@@ -11,19 +11,12 @@ using namespace prefa_qthost_detail;
 
 int CQtHote::ExecModal(QDialog* pDialogue, WId fenetreHote, int* pnResultat)
 {
-    int n = VerifieAppel();
-    if (n != QTHOTE_OK)
-        return n;
-    if (!pDialogue)
-        return Echec(QTHOTE_ARGUMENT, QStringLiteral("no dialog to show"));
-    Plateforme* pPlateforme = PlateformeOuverte(&n);
+    int n = QTHOTE_OK;
+    Plateforme* pPlateforme = VerifieAppelSurFenetre(fenetreHote, pDialogue, "dialog", &n);
     if (!pPlateforme)
         return n;
-    const QRect zone = pPlateforme->ZoneClient(fenetreHote);
-    if (!pPlateforme->FenetreValide(fenetreHote) || zone.isNull())
-        return Echec(QTHOTE_FENETRE_INVALIDE,
-                     QStringLiteral("0x%1 is no window of the display").arg(fenetreHote, 0, 16));
     TraitementEnCours traitement;
+    const QRect zone = pPlateforme->ZoneClient(fenetreHote);
 
     QPointer<QDialog> pDlg(pDialogue);
     std::unique_ptr<QWindow> pHote(QWindow::fromWinId(fenetreHote));

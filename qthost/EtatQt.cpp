@@ -67,6 +67,25 @@ Plateforme* PlateformeOuverte(int* pnCode)
     return e.pPlateforme.get();
 }
 
+Plateforme* VerifieAppelSurFenetre(WId fenetre, const void* pObjet, const char* pszQuoi, int* pnCode)
+{
+    *pnCode = VerifieAppel();
+    if (*pnCode != QTHOTE_OK)
+        return nullptr;
+    if (!pObjet)
+    {
+        *pnCode = Echec(QTHOTE_ARGUMENT, QStringLiteral("no %1 to show").arg(QLatin1String(pszQuoi)));
+        return nullptr;
+    }
+    Plateforme* pPlateforme = PlateformeOuverte(pnCode);
+    if (pPlateforme && !pPlateforme->FenetreValide(fenetre))
+    {
+        *pnCode = Echec(QTHOTE_FENETRE_INVALIDE, QStringLiteral("0x%1 is no window of the display").arg(fenetre, 0, 16));
+        return nullptr;
+    }
+    return pPlateforme;
+}
+
 } // namespace prefa_qthost_detail
 
 CString CQtHote::MessageErreur()

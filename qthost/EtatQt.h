@@ -55,6 +55,10 @@ int Reussite();
 // The native window system, opened on first use; null with the failure recorded (its
 // code in *pnCode) when Qt's platform has none.
 Plateforme* PlateformeOuverte(int* pnCode);
+// The checks of a call that shows a Qt object (named by pszQuoi) in or over a host's
+// window: VerifieAppel, the object, the platform, the window. The platform, or null
+// with the failure recorded and its code in *pnCode.
+Plateforme* VerifieAppelSurFenetre(WId fenetre, const void* pObjet, const char* pszQuoi, int* pnCode);
 
 // Takes a widget out of the host's window and gives it back (when Qt stops).
 void RetireIncrustation(CIncrustation::Impl* p);
