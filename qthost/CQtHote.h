@@ -73,16 +73,17 @@ public:
     // Lends the host's loop to Qt's nested loops (modal dialogs, menus, message boxes),
     // during which pfnTour runs when nDescripteur has input and when the delay it
     // returned has passed, so that the host keeps drawing and running its timers.
-    // nDescripteur -1 and a null pfnTour take the loan back.
+    // nDescripteur -1 and a null pfnTour take the loan back. Where the native loop runs
+    // Qt, Qt's nested loops run the host's sources and messages by themselves.
     static int ConfieBoucleHote(int nDescripteur, PFNTOURHOTE pfnTour, void* pData);
     // Runs Qt's events until the lent descriptor has input or nDelaiMs milliseconds
     // have passed (-1: no limit); *pbEntree tells which. The host's loop blocks here
     // instead of polling. Xlib hosts drain XPending before, as before any wait.
     static int AttendEvenements(int nDelaiMs, BOOL* pbEntree = nullptr);
 
-    // Shows the dialog modal over the host's native window (transient for it, centred
-    // on it, the window's input blocked) in a nested loop until it closes, and puts
-    // the dialog's result into *pnResultat.
+    // Shows the dialog modal over the host's native window (transient for its top-level
+    // window, centred on it, its input blocked) in a nested loop until it closes, and
+    // puts the dialog's result into *pnResultat.
     static int ExecModal(QDialog* pDialogue, WId fenetreHote, int* pnResultat = nullptr);
 
     // The message of the last failure on the calling thread (empty after a success).

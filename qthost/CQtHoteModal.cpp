@@ -19,7 +19,8 @@ int CQtHote::ExecModal(QDialog* pDialogue, WId fenetreHote, int* pnResultat)
     const QRect zone = pPlateforme->ZoneClient(fenetreHote);
 
     QPointer<QDialog> pDlg(pDialogue);
-    std::unique_ptr<QWindow> pHote(QWindow::fromWinId(fenetreHote));
+    // Transient for the host's top-level window: the window manager knows no other.
+    std::unique_ptr<QWindow> pHote(QWindow::fromWinId(pPlateforme->FenetreRacine(fenetreHote)));
     pDialogue->setWindowModality(Qt::ApplicationModal);
     pDialogue->winId();  // its native window, to make it transient for the host's
     pDialogue->windowHandle()->setTransientParent(pHote.get());

@@ -44,6 +44,9 @@ public:
     bool FenetreValide(WId fenetre);
     // The client area, in screen coordinates (empty when the window is gone).
     QRect ZoneClient(WId fenetre);
+    // The top-level window the window is in (itself when it is one), which the window
+    // manager knows.
+    WId FenetreRacine(WId fenetre);
     void Observe(WId fenetre, Observateur* pObservateur);
     void Oublie(WId fenetre, Observateur* pObservateur);
     // Gives the window the keyboard focus; false when it cannot take it yet (not

@@ -113,6 +113,11 @@ QRect Plateforme::ZoneClient(WId fenetre)
     return QRect(origine.x, origine.y, r.right - r.left, r.bottom - r.top);
 }
 
+WId Plateforme::FenetreRacine(WId fenetre)
+{
+    return reinterpret_cast<WId>(GetAncestor(reinterpret_cast<HWND>(fenetre), GA_ROOT));
+}
+
 void Plateforme::Observe(WId fenetre, Observateur* pObservateur)
 {
     HWND h = reinterpret_cast<HWND>(fenetre);

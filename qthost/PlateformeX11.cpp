@@ -283,6 +283,20 @@ QRect Plateforme::ZoneClient(WId fenetre)
     return QRect(pos->dst_x, pos->dst_y, geo->width, geo->height);
 }
 
+WId Plateforme::FenetreRacine(WId fenetre)
+{
+    xcb_window_t w = (xcb_window_t)fenetre;
+    for (;;)
+    {
+        Reponse<xcb_query_tree_reply_t> arbre(xcb_query_tree_reply(d->c, xcb_query_tree(d->c, w), nullptr));
+        if (!arbre || arbre->parent == arbre->root || arbre->parent == 0)
+            break;
+        w = arbre->parent;
+    }
+    d->PrevoitLecture();
+    return w;
+}
+
 void Plateforme::Observe(WId fenetre, Observateur* pObservateur)
 {
     d->suivis[(xcb_window_t)fenetre].observateurs.push_back(pObservateur);

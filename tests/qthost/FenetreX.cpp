@@ -85,6 +85,14 @@ void FenetreX::PrendFocus()
     XSync(m_pAffichage, False);
 }
 
+unsigned long FenetreX::CreeEnfant(int x, int y, int largeur, int hauteur)
+{
+    Window w = XCreateSimpleWindow(m_pAffichage, m_id, x, y, largeur, hauteur, 0, 0, 0xffffff);
+    XMapWindow(m_pAffichage, w);
+    XSync(m_pAffichage, False);
+    return w;
+}
+
 unsigned long FenetreX::Focus()
 {
     Window w = 0;

@@ -37,6 +37,8 @@ public:
     void Redimensionne(int largeur, int hauteur);
     void Detruit();
     void PrendFocus();
+    // A child window at (x, y) in this one, mapped.
+    unsigned long CreeEnfant(int x, int y, int largeur, int hauteur);
 
     // The window with the keyboard focus (0 for none or PointerRoot).
     unsigned long Focus();

@@ -16,8 +16,10 @@ namespace
 {
 struct Observation
 {
-    FenetreX* pHote = nullptr;
-    QDialog* pDialogue = nullptr;
+    Observation(FenetreX* h, unsigned long b, QDialog* d) : pHote(h), bloquee(b), pDialogue(d) {}
+    FenetreX* pHote;
+    unsigned long bloquee;  // the window the dialog is over
+    QDialog* pDialogue;
     int nTours = 0;
     bool bVu = false;
     unsigned long transient = 0;
@@ -38,7 +40,7 @@ struct Observation
             o.transient = o.pHote->TransientPour(o.pDialogue->winId());
             o.geometrie = o.pHote->Geometrie(o.pDialogue->winId());
             o.focus = o.pHote->Focus();
-            o.enfants = o.pHote->Enfants(o.pHote->Id());
+            o.enfants = o.pHote->Enfants(o.bloquee);
         }
         if (o.bVu && o.nTours >= 6)
             o.pDialogue->done(7);
@@ -56,9 +58,7 @@ TEST(Modal, TheDialogIsTransientForTheHostCentredOnItAndBlocksItUntilItCloses)
         hote.PrendFocus();
         QDialog* pDialogue = new QDialog;
         pDialogue->resize(200, 100);
-        Observation o;
-        o.pHote = &hote;
-        o.pDialogue = pDialogue;
+        Observation o(&hote, hote.Id(), pDialogue);
         ASSERT_EQ(QTHOTE_OK, CQtHote::ConfieBoucleHote(hote.Descripteur(), &Observation::Tour, &o));
         int nResultat = 0;
         ASSERT_EQ(QTHOTE_OK, CQtHote::ExecModal(pDialogue, hote.Id(), &nResultat));
@@ -76,6 +76,16 @@ TEST(Modal, TheDialogIsTransientForTheHostCentredOnItAndBlocksItUntilItCloses)
 
         EXPECT_TRUE(hote.Enfants(hote.Id()).empty());
         EXPECT_TRUE(Jusqua([&] { return hote.Focus() == hote.Id(); }, &hote));
+
+        // Over an area of the host's window: centred on the area, which alone is
+        // blocked, transient for the window the window manager knows.
+        o = Observation(&hote, hote.CreeEnfant(50, 40, 200, 100), pDialogue);
+        ASSERT_EQ(QTHOTE_OK, CQtHote::ExecModal(pDialogue, o.bloquee, &nResultat));
+        ASSERT_TRUE(o.bVu);
+        EXPECT_EQ(hote.Id(), o.transient);
+        EXPECT_EQ(QRect(150, 120, 200, 100), o.geometrie);
+        ASSERT_EQ(1u, o.enfants.size());
+        EXPECT_EQ(QRect(0, 0, 200, 100), o.enfants.back().geometrie);
         CQtHote::ConfieBoucleHote(-1, nullptr, nullptr);
 
         // Over a window that is no longer there, nothing shows.
