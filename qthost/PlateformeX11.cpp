@@ -1,7 +1,8 @@
 // The X11 side, on a connection of our own to the X server: event masks are kept per
 // client, so watching the host's window here leaves the host's own selection and
 // Qt's untouched, and errors come back per request without touching the process-wide
-// Xlib error handler the host may have installed.
+// Xlib error handler the host may have installed. With it, the library's end in an ELF
+// process: unloaded, or exiting.
 #include "Plateforme.h"
 
 #include <QGuiApplication>
