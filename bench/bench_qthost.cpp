@@ -1,11 +1,10 @@
 // What running Qt from a host's loop costs: a pass with nothing to do (the host calls it
-// on every turn), events handed out through passes against Qt's own processEvents, and
-// how soon a wait returns once the host's descriptor has input.
+// on every turn), posted events handed out through passes, and how soon a wait returns
+// once the host's descriptor has input.
 //     bench_qthost [--quick]      (Qt's offscreen platform when there is no display)
 #include "qthost/CQtHote.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
@@ -39,7 +38,7 @@ int main(int argc, char** argv)
     // On the display when there is one, else offscreen: the passes cost the same.
     char a0[] = "bench_qthost", a1[] = "-platform", a2[] = "offscreen";
     char* args[] = {a0, a1, a2, nullptr};
-    const bool bAffichage = CQtHote::Demarre(1, args) == QTHOTE_OK;
+    const bool bAffichage = !qEnvironmentVariableIsEmpty("DISPLAY") && CQtHote::Demarre(1, args) == QTHOTE_OK;
     if (!bAffichage && CQtHote::Demarre(3, args) != QTHOTE_OK)
     {
         std::printf("bench_qthost: %ls\n", CQtHote::MessageErreur().GetString());
@@ -58,24 +57,22 @@ int main(int argc, char** argv)
         std::printf("  idle pass                      %10.0f calls/s  (%.2f us a call)\n", n / s, 1e6 * s / n);
     }
 
-    // Posted events handed out by budgeted passes, and by Qt's own processEvents.
+    // Posted events handed out by budgeted passes: the best of three runs.
     {
         const int n = bRapide ? 20000 : 1000000;
-        int nCompte = 0;
-        Poste(n, nCompte);
-        auto debut = Horloge::now();
+        double s = 1e9;
         int nPasses = 0;
-        for (BOOL bReste = TRUE; bReste || nCompte < n; ++nPasses)
-            CQtHote::TraiteEvenements(10, &bReste);
-        const double sPasses = Secondes(debut);
-        nCompte = 0;
-        Poste(n, nCompte);
-        debut = Horloge::now();
-        while (nCompte < n)
-            QCoreApplication::processEvents();
-        const double sQt = Secondes(debut);
-        std::printf("  posted events, 10 ms passes    %10.0f events/s  (%d passes)\n", n / sPasses, nPasses);
-        std::printf("  posted events, processEvents   %10.0f events/s\n", n / sQt);
+        for (int essai = 0; essai < 3; ++essai)
+        {
+            int nCompte = 0;
+            Poste(n, nCompte);
+            const auto debut = Horloge::now();
+            nPasses = 0;
+            for (BOOL bReste = TRUE; bReste || nCompte < n; ++nPasses)
+                CQtHote::TraiteEvenements(10, &bReste);
+            s = std::min(s, Secondes(debut));
+        }
+        std::printf("  posted events, 10 ms passes    %10.0f events/s  (%d passes for %d)\n", n / s, nPasses, n);
     }
 
     // From a write on the host's descriptor to the wait's return.
