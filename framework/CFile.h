@@ -105,8 +105,10 @@ private:
 };
 
 // A file written under a temporary name in the target's folder and moved over the
-// target only by Close(), so that a failed or interrupted save leaves the previous
-// file as it was. Abort() (or destruction without Close) discards the new bytes.
+// target only by Close(), once flushed to the disk, so that a failed or interrupted
+// save leaves the previous file as it was. Abort() (or destruction without Close)
+// discards the new bytes; the temporary file of a killed save is removed by the next
+// save of the same target (AfxCreateTempFileBeside).
 class CMirrorFile : public CFile
 {
     DECLARE_DYNAMIC(CMirrorFile)

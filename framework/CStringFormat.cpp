@@ -118,7 +118,7 @@ Plan<CharT> Parse(const CharT* p)
         if (*p == '*')
         {
             width += *p++;
-            plan.slots.push_back({Kind::Star, 0, false});
+            plan.places.push_back({Kind::Star, 0, false});
         }
         else
             while (IsDigit(*p))
@@ -129,7 +129,7 @@ Plan<CharT> Parse(const CharT* p)
             if (*p == '*')
             {
                 precision += *p++;
-                plan.slots.push_back({Kind::Star, 0, false});
+                plan.places.push_back({Kind::Star, 0, false});
             }
             else
                 while (IsDigit(*p))
@@ -188,7 +188,7 @@ Plan<CharT> Parse(const CharT* p)
         }
         if (!ok)
             AfxThrowInvalidArgException();
-        plan.slots.push_back(slot);
+        plan.places.push_back(slot);
         out += (CharT)'%';
         out += flags;
         out += width;

@@ -69,7 +69,7 @@ template <typename CharT>
 struct Plan
 {
     std::basic_string<CharT> format;
-    std::vector<Slot> slots;
+    std::vector<Slot> places;
 };
 
 // Reads a format; raises the invalid-argument exception when it is malformed.
@@ -218,15 +218,15 @@ template <typename CharT, typename... Args>
 std::basic_string<CharT> Sprintf(const CharT* pszFormat, const Args&... args)
 {
     Plan<CharT> plan = Parse(pszFormat);
-    if (plan.slots.size() > sizeof...(Args))
+    if (plan.places.size() > sizeof...(Args))
         AfxThrowInvalidArgException();
     Store<CharT> store;
-    store.reserve(plan.slots.size(), plan.slots.size());
+    store.reserve(plan.places.size(), plan.places.size());
     std::size_t i = 0;
     // Each argument the format uses, in order; the rest are ignored.
     auto push = [&](const auto& a) {
-        if (i < plan.slots.size())
-            Push<CharT>(store, plan.slots[i], a);
+        if (i < plan.places.size())
+            Push<CharT>(store, plan.places[i], a);
         ++i;
     };
     (void)push;

@@ -64,6 +64,9 @@ TEST(FireInput, BadInputNamesTheFieldAndWhatIsWrong)
     EXPECT_NE(std::string::npos, m.find("outline[2][0]: a number was expected")) << m;
     m = Message("{\"outline\": [");
     EXPECT_NE(std::string::npos, m.find("not valid JSON")) << m;
+    // A number beyond the doubles is a bad file too, not a failure of the command.
+    m = Message(R"({"outline": [[0,0],[1,0],[1,1]], "duration": 444e444})");
+    EXPECT_NE(std::string::npos, m.find("not valid JSON")) << m;
     // A bar on the outline is inside; the message starts with the file's name.
     EXPECT_EQ("", Message(R"({"outline": [[0,0],[1,0],[1,1],[0,1]], "duration": 1, "bars": [{"x": 1, "y": 0.5}]})"));
 }
