@@ -19,7 +19,7 @@ bool Jusqua(F&& condition, FenetreX* pHote = nullptr, int nMs = 5000)
 {
     QElapsedTimer chrono;
     chrono.start();
-    for (;;)
+    for (;; std::this_thread::sleep_for(std::chrono::milliseconds(2)))
     {
         CQtHote::TraiteEvenements(5);
         if (pHote)
@@ -28,8 +28,16 @@ bool Jusqua(F&& condition, FenetreX* pHote = nullptr, int nMs = 5000)
             return true;
         if (chrono.elapsed() > nMs)
             return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
+}
+
+// Whether a window is a mapped child of another, as the X server sees it.
+inline bool EstEnfant(FenetreX& hote, unsigned long parent, unsigned long fenetre)
+{
+    for (const FenetreX::Enfant& e : hote.Enfants(parent))
+        if (e.id == fenetre && e.bVisible)
+            return true;
+    return false;
 }
 
 } // namespace prefa_test

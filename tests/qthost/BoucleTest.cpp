@@ -14,9 +14,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <thread>
-
 using prefa_test::Jusqua;
 
 namespace
@@ -42,21 +39,17 @@ protected:
     int m_tube[2] = {-1, -1};
 };
 
-// A host whose loop reads a descriptor and runs one timer.
+// A host whose loop reads a descriptor and runs one timer (period nDelai, -1 for none).
 struct Hote
 {
-    int nDescripteur = -1;
-    int nDelai = -1;  // its timer's period, -1 for none
-    int nTours = 0;
-    int nLus = 0;
+    int nDescripteur = -1, nDelai = -1, nTours = 0, nLus = 0;
     std::function<void(Hote&)> apres;
 
     static int Tour(void* p)
     {
         Hote& h = *static_cast<Hote*>(p);
         ++h.nTours;
-        char c;
-        while (read(h.nDescripteur, &c, 1) == 1)
+        for (char c; read(h.nDescripteur, &c, 1) == 1;)
             ++h.nLus;
         if (h.apres)
             h.apres(h);

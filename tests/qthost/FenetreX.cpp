@@ -24,15 +24,10 @@ FenetreX::FenetreX(int x, int y, int largeur, int hauteur)
         throw std::runtime_error("no X display");
     XSetErrorHandler(IgnoreErreur);
     m_id = XCreateSimpleWindow(m_pAffichage, DefaultRootWindow(m_pAffichage), x, y, largeur, hauteur, 0, 0, 0xd8d8e8);
-    XSelectInput(m_pAffichage, m_id, ExposureMask | KeyPressMask | ButtonPressMask | FocusChangeMask | StructureNotifyMask);
+    XSelectInput(m_pAffichage, m_id, FocusChangeMask | StructureNotifyMask);
     XMapWindow(m_pAffichage, m_id);
-    // Shown once the server says so.
-    for (XEvent ev;;)
-    {
+    for (XEvent ev{}; ev.type != MapNotify;) // shown once the server says so
         XWindowEvent(m_pAffichage, m_id, StructureNotifyMask, &ev);
-        if (ev.type == MapNotify)
-            break;
-    }
 }
 
 FenetreX::~FenetreX()
@@ -46,22 +41,13 @@ int FenetreX::Descripteur() const
     return ConnectionNumber(m_pAffichage);
 }
 
-int FenetreX::Lit()
+void FenetreX::Lit()
 {
-    int n = 0;
-    while (XPending(m_pAffichage))
+    for (XEvent ev; XPending(m_pAffichage);)
     {
-        XEvent ev;
         XNextEvent(m_pAffichage, &ev);
-        ++n;
-        if (ev.type == ButtonPress)
-            ++nClics;
-        else if (ev.type == FocusIn)
-            ++nFocusEntrant;
-        else if (ev.type == KeyPress)
-            ++nTouches;
+        nFocusEntrant += ev.type == FocusIn;
     }
-    return n;
 }
 
 void FenetreX::Redimensionne(int largeur, int hauteur)
@@ -72,9 +58,8 @@ void FenetreX::Redimensionne(int largeur, int hauteur)
 
 void FenetreX::Detruit()
 {
-    if (!m_id)
-        return;
-    XDestroyWindow(m_pAffichage, m_id);
+    if (m_id)
+        XDestroyWindow(m_pAffichage, m_id);
     XSync(m_pAffichage, False);
     m_id = 0;
 }
@@ -104,10 +89,10 @@ unsigned long FenetreX::Focus()
 QRect FenetreX::Geometrie(unsigned long fenetre)
 {
     XWindowAttributes a;
-    if (!XGetWindowAttributes(m_pAffichage, fenetre, &a))
-        return QRect();
     int x = 0, y = 0;
     Window enfant;
+    if (!XGetWindowAttributes(m_pAffichage, fenetre, &a))
+        return QRect();
     XTranslateCoordinates(m_pAffichage, fenetre, DefaultRootWindow(m_pAffichage), 0, 0, &x, &y, &enfant);
     return QRect(x, y, a.width, a.height);
 }

@@ -1,6 +1,6 @@
 // A host program as the suite's are: its own X window and its own XNextEvent loop, no Qt
-// in it. Its window shows a title band it draws itself, the bar grid and a note field,
-// each of these two in an area (a child window) of its own. Tab goes host -> grid ->
+// in it. Its window shows a band of its own above the bar grid and a note field, each
+// of these two in an area (a child window) of its own. Tab goes host -> grid ->
 // note -> host, Shift+Tab back; F2 asks a bar's name in a Qt dialog over the window;
 // Escape ends. A timer counts tenths of seconds in the window's name. It says what
 // happens on standard output, a line each:
@@ -67,20 +67,13 @@ private:
 
 struct Hote
 {
-    enum Controle
-    {
-        HOTE,
-        GRILLE,
-        NOTE
-    };
+    enum Controle { HOTE, GRILLE, NOTE };
 
     Display* pAffichage = nullptr;
     Window fenetre = 0, zoneGrille = 0, zoneNote = 0;
-    GC gc = nullptr;
-    Atom fermeture = 0;
     Controle controle = GRILLE;
     CIncrustation grille, note;
-    int nDixiemes = 0;
+    int nDixiemes = 0; // its timer's count, shown in the window's name
     Horloge::time_point prochain = Horloge::now();
     bool bFin = false;
 
@@ -96,26 +89,14 @@ struct Hote
         fenetre = XCreateSimpleWindow(pAffichage, RootWindow(pAffichage, nEcran), 40, 40, 480, 320, 0, 0, 0xd8d8e8);
         zoneGrille = XCreateSimpleWindow(pAffichage, fenetre, 8, 36, 464, 232, 0, 0, 0x808080);
         zoneNote = XCreateSimpleWindow(pAffichage, fenetre, 8, 280, 464, 32, 0, 0, 0x808080);
-        const long masque = ExposureMask | KeyPressMask | ButtonPressMask | FocusChangeMask;
+        const long masque = KeyPressMask | ButtonPressMask | FocusChangeMask;
         XSelectInput(pAffichage, fenetre, masque | StructureNotifyMask);
         XSelectInput(pAffichage, zoneGrille, masque);
         XSelectInput(pAffichage, zoneNote, masque);
-        fermeture = XInternAtom(pAffichage, "WM_DELETE_WINDOW", False);
-        XSetWMProtocols(pAffichage, fenetre, &fermeture, 1);
-        gc = XCreateGC(pAffichage, fenetre, 0, nullptr);
         XStoreName(pAffichage, fenetre, "hote-xlib 0");
         XMapSubwindows(pAffichage, fenetre);
         XMapWindow(pAffichage, fenetre);
         XSync(pAffichage, False);
-    }
-
-    void Dessine()
-    {
-        XClearArea(pAffichage, fenetre, 0, 0, 0, 34, False);
-        char texte[96];
-        std::snprintf(texte, sizeof texte, "Hote Xlib - %d - %s", nDixiemes,
-                      controle == HOTE ? "[hote]" : controle == GRILLE ? "grille" : "note");
-        XDrawString(pAffichage, fenetre, gc, 10, 22, texte, (int)std::strlen(texte));
     }
 
     // Its areas follow its size: the grid above, the note below.
@@ -134,7 +115,6 @@ struct Hote
             note.DonneFocus(nOu);
         else
             XSetInputFocus(pAffichage, fenetre, RevertToParent, CurrentTime);
-        Dessine();
     }
 
     void Touche(XKeyEvent& e)
@@ -162,10 +142,6 @@ struct Hote
     {
         switch (ev.type)
         {
-        case Expose:
-            if (ev.xexpose.window == fenetre && ev.xexpose.count == 0)
-                Dessine();
-            break;
         case ConfigureNotify:
             if (ev.xconfigure.window == fenetre)
                 Dispose(ev.xconfigure.width, ev.xconfigure.height);
@@ -187,10 +163,6 @@ struct Hote
                 std::printf("focus hote\n");
             else if (ev.xfocus.detail != NotifyInferior)
                 DonneFocusA(controle, CIncrustation::FOCUS_COURANT);  // the window comes to the front
-            break;
-        case ClientMessage:
-            if ((Atom)ev.xclient.data.l[0] == fermeture)
-                bFin = true;
             break;
         default:
             break;
@@ -215,7 +187,6 @@ struct Hote
             char nom[32];
             std::snprintf(nom, sizeof nom, "hote-xlib %d", nDixiemes);
             XStoreName(pAffichage, fenetre, nom);
-            Dessine();
         }
         XFlush(pAffichage);
         std::fflush(stdout);
@@ -272,7 +243,6 @@ int main(int argc, char** argv)
     hote.grille.Retire();
     hote.note.Retire();
     CQtHote::Arrete();
-    XFreeGC(hote.pAffichage, hote.gc);
     XCloseDisplay(hote.pAffichage);
     std::printf("fin\n");
     return 0;

@@ -17,9 +17,8 @@ using prefa_test::Jusqua;
 
 namespace
 {
-class Incrustation : public ::testing::Test
+struct Incrustation : ::testing::Test
 {
-protected:
     void SetUp() override { ASSERT_EQ(QTHOTE_OK, CQtHote::Demarre()); }
     void TearDown() override { EXPECT_EQ(QTHOTE_OK, CQtHote::Arrete()); }
 };

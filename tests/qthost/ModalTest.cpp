@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 using prefa_test::FenetreX;
 using prefa_test::Jusqua;
 
@@ -18,13 +16,12 @@ struct Observation
 {
     Observation(FenetreX* h, unsigned long b, QDialog* d) : pHote(h), bloquee(b), pDialogue(d) {}
     FenetreX* pHote;
-    unsigned long bloquee;  // the window the dialog is over
+    unsigned long bloquee; // the window the dialog is over
     QDialog* pDialogue;
     int nTours = 0;
     bool bVu = false;
-    unsigned long transient = 0;
+    unsigned long transient = 0; // what the server showed while the dialog was up
     QRect geometrie;
-    unsigned long focus = 0;
     std::vector<FenetreX::Enfant> enfants;
 
     // The host's loop, lent while the dialog is up: it looks, and closes the dialog
@@ -39,7 +36,6 @@ struct Observation
             o.bVu = true;
             o.transient = o.pHote->TransientPour(o.pDialogue->winId());
             o.geometrie = o.pHote->Geometrie(o.pDialogue->winId());
-            o.focus = o.pHote->Focus();
             o.enfants = o.pHote->Enfants(o.bloquee);
         }
         if (o.bVu && o.nTours >= 6)

@@ -4,9 +4,11 @@
 #pragma once
 
 #include "support/TestSupport.h"
+#include "zip/CExceptionZip.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
@@ -24,8 +26,6 @@ struct MembreBrut
     std::uint16_t drapeaux = 0;   // general purpose flags (bit 11: UTF-8 name)
     std::uint16_t versionFaite = 0x031E; // made by Unix (3), zip 3.0
     std::uint32_t attributsExternes = 0100644u << 16;
-    std::uint16_t heureDos = 0x6000;     // 12:00:00
-    std::uint16_t dateDos = (44 << 9) | (3 << 5) | 15; // 15 March 2024
     std::optional<std::uint32_t> crc;             // the true CRC when not given
     std::optional<std::uint32_t> tailleDeclaree;  // the true size when not given
     std::optional<std::uint32_t> offsetLocal;     // central entry pointing elsewhere (no local header written)
@@ -35,19 +35,17 @@ struct MembreBrut
 std::vector<BYTE> FabriqueZip(const std::vector<MembreBrut>& membres);
 
 // Raw deflate of the bytes (as a zip member holds them).
-std::vector<BYTE> Deflate(const std::vector<BYTE>& donnees, int niveau = 6);
+std::vector<BYTE> Deflate(const std::vector<BYTE>& donnees);
 std::uint32_t Crc32(const std::vector<BYTE>& donnees);
 
 struct EntreeCentrale
 {
-    std::uint16_t versionFaite, versionRequise, drapeaux, methode, heureDos, dateDos;
-    std::uint32_t crc, tailleCompressee, taille, attributsExternes, offsetLocal;
+    std::uint16_t drapeaux, methode, heureDos, dateDos;
+    std::uint32_t crc, tailleCompressee, taille, offsetLocal;
     std::string nom;
-    std::vector<BYTE> extra;
 };
 
-// The central directory of an archive, found through its end record; the test fails
-// (an empty list) when it is not there.
+// The central directory of an archive, found through its end record.
 std::vector<EntreeCentrale> LitCentral(const std::vector<BYTE>& zip);
 
 // Bytes of a pseudo-random project-like file: runs of text and numbers.
@@ -56,5 +54,31 @@ std::vector<BYTE> Contenu(std::size_t n, unsigned graine);
 // Every file (with its bytes) and folder (name ending in '/') below a folder, by
 // relative name; empty when the folder does not exist.
 std::map<std::string, std::vector<BYTE>> Arbre(const std::filesystem::path& racine);
+
+// Writes a file at a path made from UTF-8 (wide paths with accents do not convert in
+// the C locale the tests run in).
+void Ecrit(const std::filesystem::path& chemin, const std::vector<BYTE>& octets);
+
+// How many entries of a folder are not among the names given (files left behind).
+int Autres(const CString& dossier, std::initializer_list<const char*> attendus);
+
+// The reason of the CExceptionZip that f throws (its member in *pMembre), -1 when none.
+template <typename F>
+int Raison(F&& f, CString* pMembre = nullptr)
+{
+    try
+    {
+        f();
+    }
+    catch (CExceptionZip* e)
+    {
+        int r = e->m_nRaison;
+        if (pMembre)
+            *pMembre = e->m_strMembre;
+        e->Delete();
+        return r;
+    }
+    return -1;
+}
 
 } // namespace prefa_test
