@@ -127,14 +127,16 @@ void CSectionGenerale::IntegreContours(CListePolygone& l)
 
 void CSectionGenerale::CalculeCentre(double seuil)
 {
-    const double yG = SX / AireY;
+    // A section without area (no contour, or contours that enclose nothing) has its
+    // moments about the origin, 0 for no contour; its angle is 0.
+    const double yG = AireY != 0.0 ? SX / AireY : 0.0;
     IxG = std::fabs(IxO) - std::fabs(AireY) * yG * yG;
-    const double xG = SY / Aire;
+    const double xG = Aire != 0.0 ? SY / Aire : 0.0;
     IyG = std::fabs(IyO) - std::fabs(Aire) * xG * xG;
     IxyG = std::fabs(IxyO) - xG * std::fabs(AireY) * yG;
 
     const double plusGrand = std::max(std::fabs(IxG), std::fabs(IyG));
-    if (std::fabs(IyG - IxG) / plusGrand >= seuil)
+    if (plusGrand > 0.0 && std::fabs(IyG - IxG) / plusGrand >= seuil)
         Angle = std::atan(-2.0 * IxyG / (IyG - IxG)) / 2.0;
     else
         Angle = 0.0;

@@ -152,6 +152,24 @@ TEST(CSectionGenerale, OpeningInTheSecondListAndUnsymmetricL)
     EXPECT_NEAR(t.SY / t.Aire, s.SY / s.Aire, 1e-12);
 }
 
+TEST(CSectionGenerale, NoAreaAnswersZerosRatherThanZeroOverZero)
+{
+    // No contour, and a contour that encloses nothing: every field is a number, the
+    // centroidal moments and the angle 0.
+    CListePolygone vide, plat;
+    plat.AddTail(Contour({{0, 0}, {2, 0}, {1, 0}}));
+    for (CListePolygone* l : {&vide, &plat})
+    {
+        CSectionGenerale s;
+        s.CaracteristiquesSectionsPolygone(*l, vide);
+        for (double v : {s.Aire, s.IxG, s.IyG, s.IxyG, s.Angle, s.I1, s.I2})
+            EXPECT_EQ(0.0, v);
+        s.CaracteristiquesSectionsPolygone(*l, plat);
+        for (double v : {s.IxG, s.IyG, s.IxyG, s.Angle, s.I1, s.I2})
+            EXPECT_EQ(0.0, v);
+    }
+}
+
 TEST(CSectionGenerale, ArchiveFormSwapsSXAndSY)
 {
     CSectionGenerale s;
