@@ -3,7 +3,7 @@
 // archive form.
 #include "geometry/CPolygone.h"
 
-#include "geometry/Routines.h"
+#include "geometry/GeometrieInterne.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -59,8 +59,18 @@ CPolygone::~CPolygone()
 
 void CPolygone::CopiePoints(const CPolygone& p)
 {
-    for (POSITION pos = p.m_Points.GetHeadPosition(); pos;)
-        m_Points.AddTail(new CPointD(*p.m_Points.GetNext(pos)));
+    // A copy that fails half-way frees what it made (a constructor's destructor does
+    // not run).
+    try
+    {
+        for (POSITION pos = p.m_Points.GetHeadPosition(); pos;)
+            AddTail(new CPointD(*p.m_Points.GetNext(pos)));
+    }
+    catch (...)
+    {
+        Delete();
+        throw;
+    }
     m_bDimsValides = p.m_bDimsValides;
     m_Xmin = p.m_Xmin;
     m_Ymin = p.m_Ymin;
@@ -84,25 +94,25 @@ void CPolygone::Delete()
 POSITION CPolygone::AddHead(CPointD* p)
 {
     Invalide();
-    return m_Points.AddHead(p);
+    return prefa_geometrie::LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddHead(q); });
 }
 
 POSITION CPolygone::AddTail(CPointD* p)
 {
     Invalide();
-    return m_Points.AddTail(p);
+    return prefa_geometrie::LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddTail(q); });
 }
 
 POSITION CPolygone::InsertBefore(POSITION pos, CPointD* p)
 {
     Invalide();
-    return m_Points.InsertBefore(pos, p);
+    return prefa_geometrie::LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertBefore(pos, q); });
 }
 
 POSITION CPolygone::InsertAfter(POSITION pos, CPointD* p)
 {
     Invalide();
-    return m_Points.InsertAfter(pos, p);
+    return prefa_geometrie::LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertAfter(pos, q); });
 }
 
 POSITION CPolygone::AddTail(double x, double y)

@@ -4,6 +4,7 @@
 #include "geometry/Routines.h"
 
 #include <cmath>
+#include <memory>
 
 namespace prefa_geometrie
 {
@@ -38,6 +39,18 @@ int NewtonPlan(double& a, double& b, Systeme system)
             break;
     }
     return 0;
+}
+
+// Links p, which the list owns from the call on, through insere (a list's AddTail,
+// InsertBefore ...): when linking throws, p is deleted before the exception goes on,
+// so that AddTail(new ...) cannot leak.
+template <class T, class Insere>
+POSITION LieOuDetruit(T* p, Insere insere)
+{
+    std::unique_ptr<T> garde(p);
+    const POSITION pos = insere(p);
+    garde.release();
+    return pos;
 }
 
 // Components below 1e-9 in absolute value become exactly 0.
