@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+using namespace prefa_geometrie;
+
 IMPLEMENT_SERIAL(CPolygone, CObject, 1)
 
 CPolygone::CPolygone()
@@ -94,25 +96,25 @@ void CPolygone::Delete()
 POSITION CPolygone::AddHead(CPointD* p)
 {
     Invalide();
-    return prefa_geometrie::LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddHead(q); });
+    return LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddHead(q); });
 }
 
 POSITION CPolygone::AddTail(CPointD* p)
 {
     Invalide();
-    return prefa_geometrie::LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddTail(q); });
+    return LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddTail(q); });
 }
 
 POSITION CPolygone::InsertBefore(POSITION pos, CPointD* p)
 {
     Invalide();
-    return prefa_geometrie::LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertBefore(pos, q); });
+    return LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertBefore(pos, q); });
 }
 
 POSITION CPolygone::InsertAfter(POSITION pos, CPointD* p)
 {
     Invalide();
-    return prefa_geometrie::LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertAfter(pos, q); });
+    return LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertAfter(pos, q); });
 }
 
 POSITION CPolygone::AddTail(double x, double y)
@@ -316,7 +318,7 @@ int CPolygone::EstRectangle()
     {
         CVecteur cote = CoteSuivant();
         // Absolute tolerance on purpose: sections are in metres or centimetres.
-        if (std::fabs(prec * cote) > 0.001)
+        if (std::fabs(prec * cote) > TOL_RECTANGLE)
             return 0;
         prec = cote;
     } while (!EstDernierCote());
@@ -351,7 +353,7 @@ int CPolygone::AppartientAPolygone(const CPointD& p, double d)
     if (n == 2)
     {
         CVecteur v(c->GetPointHead(), c->GetPointTail());
-        return v.AppartientAVecteur(p, 1e-10) ? 1 : -1;
+        return v.AppartientAVecteur(p, TOL_COORDONNEE) ? 1 : -1;
     }
     CArray<ptD, ptD> contour;
     contour.Vector().reserve((std::size_t)n);
@@ -360,7 +362,7 @@ int CPolygone::AppartientAPolygone(const CPointD& p, double d)
     {
         const CPointD* a = c->m_Points.GetNext(pos);
         const CPointD* b = pos ? c->m_Points.GetAt(pos) : c->m_Points.GetHead();
-        if (CVecteur(*a, *b).AppartientAVecteur(p, 1e-10, -1.0))
+        if (CVecteur(*a, *b).AppartientAVecteur(p, TOL_COORDONNEE, -1.0))
             return k;
         contour.Add(ptD{a->x, a->y});
     }
@@ -422,7 +424,7 @@ CPointD CPolygone::DonneCdg()
         cotes.push_back(cote);
         const double x1 = cote.org.x, y1 = cote.org.y, x2 = cote.ext.x, y2 = cote.ext.y;
         const double A = (x1 - x2) * (y1 + y2) / 2.0;
-        if (std::fabs(A) > 1e-5)
+        if (std::fabs(A) > AIRE_MIN_BANDE)
         {
             Sx += (x1 + (x2 - x1) / 3.0 * (2.0 * y2 + y1) / (y1 + y2)) * A;
             // Mean-height approximation in y, kept on purpose: results are compared
@@ -449,7 +451,7 @@ CPointD CPolygone::DonneCdg()
         const CVecteur& u = cotes[i];
         const CVecteur& v = cotes[(i + 1) % cotes.size()];
         const double c = u ^ v;
-        const int s = c > 1e-10 ? 1 : (c < -1e-10 ? -1 : 0);
+        const int s = c > TOL_COORDONNEE ? 1 : (c < -TOL_COORDONNEE ? -1 : 0);
         if (i == 0)
             signe = s;
         else if (s != signe)

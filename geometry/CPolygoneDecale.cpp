@@ -3,6 +3,7 @@
 // from them, cut into simple pieces, the pieces too close to the contour dropped, the
 // rest clipped with the contour, and the largest piece kept.
 #include "geometry/CListePolygone.h"
+#include "geometry/GeometrieInterne.h"
 #include "geometry/Routines.h"
 
 #include <algorithm>
@@ -10,6 +11,8 @@
 #include <memory>
 #include <utility>
 #include <vector>
+
+using namespace prefa_geometrie;
 
 namespace
 {
@@ -129,7 +132,7 @@ CPolygone ContourBrut(const std::vector<CPointD>& pts, const std::vector<double>
             tour += 360.0;
         const bool prolonge = tour <= kTourParallele || tour >= 360.0 - kTourParallele;
         const bool retour = std::fabs(tour - 180.0) <= kTourParallele;
-        if (prolonge && std::fabs(dist[h] - dist[i]) <= 1e-10)
+        if (prolonge && std::fabs(dist[h] - dist[i]) <= TOL_COORDONNEE)
         {
             brut.AddTail((prec.ext.x + suiv.org.x) / 2.0, (prec.ext.y + suiv.org.y) / 2.0);
             continue;
@@ -137,7 +140,7 @@ CPolygone ContourBrut(const std::vector<CPointD>& pts, const std::vector<double>
         int code = 0;
         CPointD p;
         if (!prolonge && !retour)
-            p = prec.Intersection(suiv, 1e-10, &code);
+            p = prec.Intersection(suiv, TOL_COORDONNEE, &code);
         if (code == 0)
         {
             // A step between parallel sides: a short connecting side.

@@ -4,13 +4,15 @@
 
 #include <cmath>
 
+using namespace prefa_geometrie;
+
 int CPolygone::PointsIdentiques(int bSupprime, double tol)
 {
     if (m_Points.GetCount() < 2)
         return 0;
     auto identiques = [tol](const CPointD& a, const CPointD& b) {
         if (tol == 0.0)
-            return std::fabs(a.x - b.x) < 1e-10 && std::fabs(a.y - b.y) < 1e-10;
+            return std::fabs(a.x - b.x) < TOL_COORDONNEE && std::fabs(a.y - b.y) < TOL_COORDONNEE;
         return a.distance_p(b) <= tol;
     };
     int resultat = 0;
@@ -61,7 +63,7 @@ void CPolygone::EliminePointSingulier(int mode, double tol)
     if (m_Points.GetCount() < 3)
         return;
     Invalide();
-    const double seuilAligne = tol == 0.0 ? 0.0 : std::fabs(std::sin(tol * prefa_geometrie::PI / 180.0));
+    const double seuilAligne = tol == 0.0 ? 0.0 : std::fabs(std::sin(tol * PI / 180.0));
     const CPointD* A = m_Points.GetTail();
     POSITION pos = m_Points.GetHeadPosition();
     while (pos && m_Points.GetCount() >= 3)
@@ -97,7 +99,7 @@ void CPolygone::EliminePointSingulier(int mode, double tol)
             {
                 // Unnormalised cross product, on purpose.
                 const double c = AP ^ PB;
-                supprime = tol == 0.0 ? std::fabs(c) < 1e-10 : std::fabs(c) <= seuilAligne;
+                supprime = tol == 0.0 ? std::fabs(c) < TOL_COORDONNEE : std::fabs(c) <= seuilAligne;
             }
         }
         if (supprime)

@@ -3,13 +3,15 @@
 
 #include <cmath>
 
+using namespace prefa_geometrie;
+
 int AppartientAContour(const CArray<ptD, ptD>& contour, const ptD& p)
 {
     const INT_PTR n = contour.GetSize();
     if (n == 0)
         return -1;
     const ptD* c = contour.GetData();
-    const double tol = 1e-8;
+    const double tol = TOL_CONTENU;
     int parite = 0;
     for (INT_PTR i = 0; i < n; ++i)
     {
@@ -97,8 +99,8 @@ int sup_point_aligne(l2ch_descrip* liste, double tol)
     int n = l2ch_Compte(liste);
     if (n < 3)
         return n;
-    if (tol < 1e-10)
-        tol = 1e-10;
+    if (tol < TOL_COORDONNEE)
+        tol = TOL_COORDONNEE;
 
     L_POINT* p = liste->tete;
     int intacts = 0; // points examined in a row without a removal

@@ -12,6 +12,11 @@ using namespace prefa_section;
 namespace
 {
 const double kPi = 3.141592653589793;
+// Principal moments whose difference is below this part of their mean are equal: every
+// axis through the centroid is then principal.
+const double kMomentsEgaux = 1e-9;
+// Openings that leave less than this part of the contours' area leave no section.
+const double kAireMinRelative = 1e-12;
 
 // Integrals over the section of 1, u, v, u^2, v^2 and u v, with (u, v) the loops'
 // coordinates turned by the angle whose cosine and sine are c and s.
@@ -154,7 +159,7 @@ int CProprietesSection::Calcule(const CListePolygone& contours, const CListePoly
 
     // First pass about the box's centre, for the centroid only.
     const Moments m0 = Integre(b, 1.0, 0.0);
-    if (!(m0.A > 1e-12 * airesBrutes))
+    if (!(m0.A > kAireMinRelative * airesBrutes))
         return 0;
     const double dx = m0.Su / m0.A, dy = m0.Sv / m0.A;
     for (double& x : b.x)
@@ -179,7 +184,7 @@ int CProprietesSection::Calcule(const CListePolygone& contours, const CListePoly
 
     // Principal axes: the third pass integrates in their frame.
     const double moyenne = (Ix + Iy) / 2.0, rayon = std::hypot((Ix - Iy) / 2.0, m_Ixy);
-    if (rayon <= 1e-9 * moyenne)
+    if (rayon <= kMomentsEgaux * moyenne)
     {
         m_Angle = 0.0;
         m_Axe1 = m_AxeX;

@@ -12,6 +12,15 @@
 
 IMPLEMENT_SERIAL(CSectionGenerale, CObject, 1)
 
+namespace
+{
+// Relative difference of the two centroidal moments below which they count as equal
+// and the principal angle is 0: for the first list, and coarser, on purpose, for the
+// section combined with the second list.
+const double kMomentsEgaux = 1e-12;
+const double kMomentsEgauxCombines = 1e-7;
+} // namespace
+
 CSectionGenerale::CSectionGenerale()
 {
     InitVariables();
@@ -151,14 +160,13 @@ void CSectionGenerale::CaracteristiquesSectionsPolygone(CListePolygone& l1, CLis
     InitVariables();
     IntegreContours(l1);
     Perimetre1 = Perimetre;
-    CalculeCentre(1e-12);
+    CalculeCentre(kMomentsEgaux);
     if (!l2.IsEmpty())
     {
         Perimetre = 0.0;
         IntegreContours(l2);
         Perimetre2 = Perimetre;
-        // The combined section uses a coarser test for equal moments, on purpose.
-        CalculeCentre(1e-7);
+        CalculeCentre(kMomentsEgauxCombines);
     }
 }
 
