@@ -254,14 +254,17 @@ void CPolygone::InverseSens()
 {
     if (m_Points.GetCount() < 2)
         return;
-    // Every node in turn goes to the head: the points themselves are not copied.
-    std::vector<CPointD*> points;
-    points.reserve((std::size_t)m_Points.GetCount());
-    for (POSITION pos = m_Points.GetHeadPosition(); pos;)
-        points.push_back(m_Points.GetNext(pos));
-    m_Points.RemoveAll();
-    for (CPointD* p : points)
-        m_Points.AddHead(p);
+    // The two ends exchange their points, walking inwards: the points are not copied
+    // and nothing is allocated, so nothing can fail half-way.
+    POSITION debut = m_Points.GetHeadPosition(), fin = m_Points.GetTailPosition();
+    for (INT_PTR k = m_Points.GetCount() / 2; k > 0; --k)
+    {
+        CPointD* p = m_Points.GetAt(debut);
+        m_Points.SetAt(debut, m_Points.GetAt(fin));
+        m_Points.SetAt(fin, p);
+        m_Points.GetNext(debut);
+        m_Points.GetPrev(fin);
+    }
     m_posCote = nullptr;
     m_pFinCote = nullptr;
     Invalide();

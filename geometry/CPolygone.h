@@ -138,7 +138,7 @@ public:
     void translation(const CPointD& a, const CPointD& b);
     void translation(const CVecteur& v);
     void ChangeRepere(double a, const CPointD& o);
-    // Reverses the point order (nodes are moved, points are not copied).
+    // Reverses the point order (the points are not copied; nothing is allocated).
     void InverseSens();
 
     // Foreign containers of the calling programs.
