@@ -114,10 +114,10 @@ TEST(Resous_Systeme, SolvesWithColumnPivotingAndRejectsTinyPivots)
     const double singulier[9] = {1, 2, 3, 2, 4, 6, 0, 0, 1};
     EXPECT_EQ(Resous_Systeme(singulier, bg, x), -1);
 
-    // Pivot threshold 1e-18.
-    const double petit[9] = {1e-17, 0, 0, 0, 1, 0, 0, 0, 1};
+    // Pivot threshold 1e-18, itself accepted.
+    const double petit[9] = {1e-18, 0, 0, 0, 1, 0, 0, 0, 1};
     ASSERT_EQ(Resous_Systeme(petit, bg, x), 0);
-    EXPECT_DOUBLE_EQ(x[0], 1e17);
+    EXPECT_DOUBLE_EQ(x[0], 1e18);
     const double minuscule[9] = {1e-19, 0, 0, 0, 1, 0, 0, 0, 1};
     EXPECT_EQ(Resous_Systeme(minuscule, bg, x), -1);
 }
