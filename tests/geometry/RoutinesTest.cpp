@@ -70,14 +70,6 @@ TEST(TransfoFloatDouble, RemovesSinglePrecisionNoise)
     EXPECT_EQ(TransfoFloatDouble(1024.0f), 1024.0);
 }
 
-TEST(Swap_Int, ExchangesValues)
-{
-    int a = 3, b = -7;
-    Swap_Int(&a, &b);
-    EXPECT_EQ(a, -7);
-    EXPECT_EQ(b, 3);
-}
-
 TEST(superposition_elements, TouchingBoxesAreApartUnlessWidened)
 {
     // Unit boxes touching along x = 1.
