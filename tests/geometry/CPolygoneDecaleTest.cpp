@@ -118,32 +118,27 @@ TEST(CPolygoneDecale, CollinearPointsAndStepsBetweenParallelSides)
     EXPECT_EQ(c.Decale(-0.1, 0), 0);
     EXPECT_NEAR(Aire(c), 1.44, 1e-9);
 
+    // Per-side distances, handed over as Decale takes them: pointers to doubles.
+    auto decale = [](CPolygone& p, std::vector<double> d) {
+        CPtrList liste;
+        for (double& v : d)
+            liste.AddTail(&v);
+        return p.Decale(&liste, 0);
+    };
     // The bottom in two collinear pieces moved by 0.1 and 0.3: a step joins them.
     CPolygone s = Poly({{0, 0}, {2, 0}, {4, 0}, {4, 2}, {0, 2}});
-    std::vector<double> d = {0.1, 0.3, 0.0, 0.0, 0.0};
-    CPtrList liste;
-    for (double& v : d)
-        liste.AddTail(&v);
-    EXPECT_EQ(s.Decale(&liste, 0), 0);
+    EXPECT_EQ(decale(s, {0.1, 0.3, 0.0, 0.0, 0.0}), 0);
     ExpectSameContour(s, Poly({{0, 0.1}, {2, 0.1}, {2, 0.3}, {4, 0.3}, {4, 2}, {0, 2}}));
 
     // Per-side distances on a rectangle: only the bottom rises.
     CPolygone r = Poly({{0, 0}, {4, 0}, {4, 2}, {0, 2}});
-    std::vector<double> d2 = {0.5, 0.0, 0.0, 0.0};
-    CPtrList l2;
-    for (double& v : d2)
-        l2.AddTail(&v);
-    EXPECT_EQ(r.Decale(&l2, 0), 0);
+    EXPECT_EQ(decale(r, {0.5, 0.0, 0.0, 0.0}), 0);
     ExpectSameContour(r, Poly({{0, 0.5}, {4, 0.5}, {4, 2}, {0, 2}}));
 
     // The same rectangle clockwise, each side moved to its left (outwards here) by its
     // own distance: left side 0.1, top 0.2, right 0.3, bottom 0.4.
     CPolygone cw = Poly({{0, 0}, {0, 2}, {4, 2}, {4, 0}});
-    std::vector<double> d3 = {0.1, 0.2, 0.3, 0.4};
-    CPtrList l3;
-    for (double& v : d3)
-        l3.AddTail(&v);
-    EXPECT_EQ(cw.Decale(&l3, 0), 0);
+    EXPECT_EQ(decale(cw, {0.1, 0.2, 0.3, 0.4}), 0);
     ExpectSameContour(cw, Poly({{-0.1, -0.4}, {4.3, -0.4}, {4.3, 2.2}, {-0.1, 2.2}}));
 }
 
