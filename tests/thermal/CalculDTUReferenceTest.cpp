@@ -90,6 +90,17 @@ Colonne Reference(int n, double d, double minutes)
     }
 }
 
+// The slab of Dalle with a rib of rib rows below it, on columns debut to fin.
+CTemperatureGenerale DalleNervuree(int n, int largeur, int nervure, int debut, int fin, double heures)
+{
+    CTemperatureGenerale t = Dalle(n + nervure, largeur, 0.01, heures);
+    for (int i = n + 1; i <= n + nervure; ++i)
+        for (int j = 0; j < largeur + 2; ++j)
+            if (j < debut || j > fin)
+                t.m_T1[i][j] = -1.0;
+    return t;
+}
+
 void VerifieDalle(int n, int largeur, double d, double heures)
 {
     CTemperatureGenerale t = Dalle(n, largeur, d, heures);
@@ -154,4 +165,26 @@ TEST(CalculDTUReference, CoarseCellsCapTheExposedCoefficient)
     const Colonne c = Reference(4, 0.05, 60.0);
     EXPECT_DOUBLE_EQ(2.0 * LAMBDA / 0.05, c.h);
     EXPECT_EQ(1300.0, c.t140);
+}
+
+TEST(CalculDTUReference, ARibInTheMiddleHeatsItsSlabSymmetrically)
+{
+    // A 6 cm slab 12 cells wide with a 4-cell rib 5 cm deep in its middle. The corners
+    // where the rib meets the slab's underside are mirror images (one has its lower
+    // right diagonal in the fire, the other its lower left): each takes the neighbours
+    // on its own side, so the field stays symmetric about the rib's axis.
+    CTemperatureGenerale t = DalleNervuree(6, 12, 5, 5, 8, 1.0);
+    t.CalculTemperatureDTU();
+    int noeuds = 0;
+    for (int i = 1; i <= 11; ++i)
+        for (int j = 1; j <= 12; ++j)
+        {
+            const double v = t.GetT1(i, j), miroir = t.GetT1(i, 13 - j);
+            EXPECT_NEAR(v, miroir, 1e-9 * (1 + std::fabs(v))) << "row " << i << " column " << j;
+            noeuds += v > 0.0;
+        }
+    // Every node heats but the rib's two lower corners, which the method skips.
+    EXPECT_EQ(6 * 12 + 5 * 4 - 2, noeuds);
+    EXPECT_EQ(2, t.m_nTravail[0]);
+    EXPECT_EQ(0.0, t.GetT1(11, 5));
 }
