@@ -227,7 +227,7 @@ TEST(CPolygone, TransformsAndReversal)
     CPointD* second = q.GetAt(1);
     q.InverseSens();
     EXPECT_EQ(Points(q), (std::vector<std::pair<double, double>>{{3, 0}, {2, 0}, {1, 0}, {0, 0}}));
-    EXPECT_EQ(q.GetAt(2), second); // nodes moved, points not copied
+    EXPECT_EQ(q.GetAt(2), second); // the points are not copied
 }
 
 TEST(CPolygone, DeepCopyAndOwnership)
