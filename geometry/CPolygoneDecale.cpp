@@ -99,7 +99,7 @@ private:
 // same way.
 void SensDirect(std::vector<CPointD>& pts, std::vector<double>& dist)
 {
-    if (AireSignee(pts) >= 0.0)
+    if (!(AireSignee(pts) < 0.0))
         return;
     const std::size_t n = pts.size();
     std::reverse(pts.begin(), pts.end());
