@@ -30,6 +30,7 @@
 #include "thermal/CArrayEx.h"
 #include "thermal/CTemperatureGenerale.h"
 #include "thermal/BilanThermique.h"
+#include "thermal/GrilleBilan.h"
 #include "thermal/ProprietesEC2.h"
 #include "thermal/ProprietesFlamme.h"
 

@@ -1,5 +1,7 @@
 #include "CFileFind.h"
 
+#include "System.h"
+
 #include <algorithm>
 #include <filesystem>
 
@@ -46,6 +48,9 @@ BOOL CFileFind::FindFile(LPCTSTR pstrName)
     std::wstring namePattern = cut == std::wstring::npos ? pattern : pattern.substr(cut + 1);
     if (folder.empty())
         folder = L"/";
+    // Where slash is the separator, a caller's backslashes are separators too.
+    if (AfxPathSeparator() == L'/')
+        std::replace(folder.begin(), folder.end(), L'\\', L'/');
     m_strRoot = CString(cut == std::wstring::npos ? std::wstring() : pattern.substr(0, cut + 1));
 
     std::error_code ec;

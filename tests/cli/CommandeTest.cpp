@@ -92,6 +92,9 @@ TEST(FireInput, BadInputNamesTheFieldAndWhatIsWrong)
     EXPECT_NE(std::string::npos, m.find("outline[2][0]: a number was expected")) << m;
     m = Message("{\"outline\": [");
     EXPECT_NE(std::string::npos, m.find("not valid JSON")) << m;
+    // A number beyond the doubles is a bad file too, not a failure of the command.
+    m = Message(R"({"outline": [[0,0],[1,0],[1,1]], "duration": 444e444})");
+    EXPECT_NE(std::string::npos, m.find("not valid JSON")) << m;
     // A bar on the outline is inside; the message starts with the file's name.
     EXPECT_EQ("", Message(R"({"outline": [[0,0],[1,0],[1,1],[0,1]], "duration": 1, "bars": [{"x": 1, "y": 0.5}]})"));
 }
@@ -390,4 +393,17 @@ TEST(Program, FirePictureHasFieldLegendIsothermsAndBars)
     EXPECT_NE(std::string::npos, s.find("class=\"isotherm\""));
     EXPECT_NE(std::string::npos, s.find("class=\"bar\""));
     EXPECT_NE(std::string::npos, s.find(">B  "));
+}
+
+TEST(Program, AFieldThatLeavesItsRangeIsAnErrorNotTemperatures)
+{
+    // ZOLT gives an extra material no properties: its cells cannot be computed.
+    ScratchDir dir;
+    std::string file = WriteText(dir, "zolt.json", R"({"outline": [[0,0],[0.1,0],[0.1,0.1],[0,0.1]],
+      "materials": [[[0.04,0.04],[0.06,0.04],[0.06,0.06],[0.04,0.06]]], "durations": [0.05], "cell": 0.01,
+      "bars": [{"name": "B", "x": 0.05, "y": 0.03}], "method": "zolt"})");
+    std::string out, err;
+    EXPECT_EQ(1, RunProgram("fire " + file + " --json --no-picture", &out, &err, dir));
+    EXPECT_NE(std::string::npos, err.find("prefa fire: the zolt 0.05 h field left the range")) << err;
+    EXPECT_EQ(std::string::npos, out.find("temperatures")) << out;
 }

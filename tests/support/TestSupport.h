@@ -6,8 +6,19 @@
 
 #include <cstdint>
 #include <cstring>
+#include <ostream>
 #include <string>
 #include <vector>
+
+// Failure messages show texts as UTF-8 rather than as pointers.
+template <typename CharT>
+void PrintTo(const CStringT<CharT>& s, std::ostream* os)
+{
+    if constexpr (std::is_same<CharT, wchar_t>::value)
+        *os << '"' << AfxWideToUtf8(s.Std()) << '"';
+    else
+        *os << '"' << AfxWideToUtf8(AfxAnsiToWide(s.Std())) << '"';
+}
 
 namespace prefa_test
 {
