@@ -4,7 +4,7 @@
 #include "geometry/CPolygone.h"
 
 #include "geometry/GeometrieInterne.h"
-#include "geometry/SommeExacte.h"
+#include "geometry/AireSignee.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -218,32 +218,24 @@ double CPolygone::Surface(bool bOriente)
 void CPolygone::RecalculDim(bool bOriente)
 {
     m_Xmin = m_Ymin = m_Xmax = m_Ymax = 0.0;
-    // The shoelace terms are summed exactly: reversing the contour negates every term,
-    // so the reversed contour's area is exactly the opposite. A running sum would
-    // round differently in the two directions and can find a near-zero area negative
-    // both ways.
-    prefa_geometrie::SommeExacte aire;
+    // Summed exactly: a running sum would round differently in the two directions and
+    // could find a near-zero area negative both ways.
+    prefa_geometrie::AireSignee aire;
     POSITION pos = m_Points.GetHeadPosition();
     if (pos)
     {
-        const CPointD* p0 = m_Points.GetNext(pos);
+        const CPointD* p0 = m_Points.GetAt(pos);
         m_Xmin = m_Xmax = p0->x;
         m_Ymin = m_Ymax = p0->y;
-        const CPointD* prec = p0;
-        while (pos)
-        {
-            const CPointD* p = m_Points.GetNext(pos);
-            aire.Ajoute(-(p->x - prec->x) * (prec->y + p->y) / 2.0);
-            m_Xmin = std::min(m_Xmin, p->x);
-            m_Xmax = std::max(m_Xmax, p->x);
-            m_Ymin = std::min(m_Ymin, p->y);
-            m_Ymax = std::max(m_Ymax, p->y);
-            prec = p;
-        }
-        if (m_Points.GetCount() > 2)
-            aire.Ajoute(-(p0->x - prec->x) * (prec->y + p0->y) / 2.0);
-        else
-            aire = prefa_geometrie::SommeExacte(); // an open side or a lone point encloses nothing
+    }
+    while (pos)
+    {
+        const CPointD* p = m_Points.GetNext(pos);
+        aire.Ajoute(p->x, p->y);
+        m_Xmin = std::min(m_Xmin, p->x);
+        m_Xmax = std::max(m_Xmax, p->x);
+        m_Ymin = std::min(m_Ymin, p->y);
+        m_Ymax = std::max(m_Ymax, p->y);
     }
     m_Surface = aire.Valeur();
     if (bOriente && Comparer(m_Surface, 0.0, 3) < 0)
@@ -431,7 +423,7 @@ CPointD CPolygone::DonneCdg()
     {
         cotes.push_back(cote);
         const double x1 = cote.org.x, y1 = cote.org.y, x2 = cote.ext.x, y2 = cote.ext.y;
-        const double A = (x1 - x2) * (y1 + y2) / 2.0;
+        const double A = prefa_geometrie::TermeAire(x1, y1, x2, y2);
         if (std::fabs(A) > AIRE_MIN_BANDE)
         {
             Sx += (x1 + (x2 - x1) / 3.0 * (2.0 * y2 + y1) / (y1 + y2)) * A;

@@ -2,6 +2,7 @@
 // the contour turned counter-clockwise, its sides moved, the raw offset contour joined
 // from them, cut into simple pieces, the pieces too close to the contour dropped, the
 // rest clipped with the contour, and the largest piece kept.
+#include "geometry/AireSignee.h"
 #include "geometry/CListePolygone.h"
 #include "geometry/GeometrieInterne.h"
 #include "geometry/Routines.h"
@@ -19,18 +20,12 @@ namespace
 // Two sides whose offset lines turn by less than this (degrees) are taken as parallel.
 const double kTourParallele = 0.001;
 
-// Signed shoelace area of an open point sequence (positive counter-clockwise).
-double AireSignee(const std::vector<CPointD>& pts)
+double Aire(const std::vector<CPointD>& pts)
 {
-    double aire = 0.0;
-    const std::size_t n = pts.size();
-    for (std::size_t i = 0; i < n; ++i)
-    {
-        const CPointD& a = pts[i];
-        const CPointD& b = pts[(i + 1) % n];
-        aire -= (b.x - a.x) * (a.y + b.y) / 2.0;
-    }
-    return aire;
+    AireSignee aire;
+    for (const CPointD& p : pts)
+        aire.Ajoute(p.x, p.y);
+    return aire.Valeur();
 }
 
 // Squared distance from (px, py) to the segment a-b.
@@ -99,7 +94,7 @@ private:
 // same way.
 void SensDirect(std::vector<CPointD>& pts, std::vector<double>& dist)
 {
-    if (!(AireSignee(pts) < 0.0))
+    if (!(Aire(pts) < 0.0))
         return;
     const std::size_t n = pts.size();
     std::reverse(pts.begin(), pts.end());

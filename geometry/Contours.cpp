@@ -1,4 +1,5 @@
 // Containment, area and clean-up on the callers' point containers.
+#include "geometry/AireSignee.h"
 #include "geometry/GeometrieInterne.h"
 
 #include <cmath>
@@ -56,17 +57,16 @@ int AppartientAContour(const CArray<ptD, ptD>& contour, const ptD& p)
 
 double Surface_Contour_Polygone(const l2ch_descrip* liste)
 {
-    if (!liste || !liste->tete)
+    if (!liste)
         return 0.0;
-    double s = 0.0;
+    prefa_geometrie::AireSignee aire;
     for (const L_POINT* n = liste->tete; n; n = n->suivant)
     {
-        const L_POINT* suivant = n->suivant ? n->suivant : liste->tete;
-        s += (suivant->x - n->x) * (n->y + suivant->y) / 2.0;
+        aire.Ajoute(n->x, n->y);
         if (n == liste->queue)
             break;
     }
-    return -s;
+    return aire.Valeur();
 }
 
 namespace

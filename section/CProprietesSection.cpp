@@ -4,6 +4,8 @@
 
 #include "section/SectionInterne.h"
 
+#include "geometry/AireSignee.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -67,18 +69,19 @@ double AjouteBoucle(Boucles& b, const CPolygone& p, double xr, double yr, bool b
         b.x.push_back(q.x - xr);
         b.y.push_back(q.y - yr);
     }
+    prefa_geometrie::AireSignee aire;
+    for (std::size_t i = debut; i < b.x.size(); ++i)
+        aire.Ajoute(b.x[i], b.y[i]);
+    const double a = aire.Valeur();
     b.x.push_back(b.x[debut]);
     b.y.push_back(b.y[debut]);
-    SommeCompensee aire;
-    for (std::size_t i = debut; i + 1 < b.x.size(); ++i)
-        aire.Ajoute(b.x[i] * b.y[i + 1] - b.x[i + 1] * b.y[i]);
-    if ((aire.Valeur() < 0.0) == bMatiere)
+    if ((a < 0.0) == bMatiere)
     {
         std::reverse(b.x.begin() + (std::ptrdiff_t)debut, b.x.end());
         std::reverse(b.y.begin() + (std::ptrdiff_t)debut, b.y.end());
     }
     b.debut.push_back(b.x.size());
-    return std::fabs(aire.Valeur()) / 2.0;
+    return std::fabs(a);
 }
 
 double Perimetre(const Boucles& b, std::size_t premiere, std::size_t derniere)

@@ -2,6 +2,7 @@
 // section file.
 #include "section/CSectionGenerale.h"
 
+#include "geometry/AireSignee.h"
 #include "project/FichierArchive.h"
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
@@ -99,8 +100,10 @@ void CSectionGenerale::IntegreContours(CListePolygone& l)
         {
             const double x0 = X[k - 1], y0 = Y[k - 1], x1 = X[k], y1 = Y[k];
             Perimetre += std::sqrt((y1 - y0) * (y1 - y0) + (x1 - x0) * (x1 - x0));
-            aireX = (x1 - x0) * (y0 + y1) / 2.0;
-            aireY = (y1 - y0) * (x1 + x0) / 2.0;
+            // The strips under the side towards each axis; the stored sums add them
+            // in this order, so they stay running sums.
+            aireX = -prefa_geometrie::TermeAire(x0, y0, x1, y1);
+            aireY = -prefa_geometrie::TermeAire(y0, x0, y1, x1);
             Aire += aireX;
             AireY += aireY;
 
