@@ -80,7 +80,7 @@ public:
         }
         if (c.size() < 3)
             Fail(field, "a contour needs at least 3 points, it has " + std::to_string(c.size()));
-        if (std::fabs(SignedArea(c)) < 0.5e-12)
+        if (std::fabs(ToPolygone(c).Surface(false)) < 0.5e-12)
             Fail(field, "the contour encloses no area");
         return c;
     }
