@@ -169,23 +169,12 @@ std::wstring AfxUtf8ToWide(const std::string& s)
         unsigned char bas = 0x80, haut = 0xBF;
         if (b < 0x80) { c = b; extra = 0; }
         else if (b >= 0xC2 && b <= 0xDF) { c = b & 0x1F; extra = 1; }
-        else if (b >= 0xE0 && b <= 0xEF)
+        else if (b >= 0xE0 && b <= 0xF4)
         {
-            c = b & 0x0F;
-            extra = 2;
-            if (b == 0xE0)
-                bas = 0xA0;
-            else if (b == 0xED)
-                haut = 0x9F;
-        }
-        else if (b >= 0xF0 && b <= 0xF4)
-        {
-            c = b & 0x07;
-            extra = 3;
-            if (b == 0xF0)
-                bas = 0x90;
-            else if (b == 0xF4)
-                haut = 0x8F;
+            extra = b < 0xF0 ? 2 : 3;
+            c = b & (extra == 2 ? 0x0F : 0x07);
+            bas = b == 0xE0 ? 0xA0 : b == 0xF0 ? 0x90 : 0x80;
+            haut = b == 0xED ? 0x9F : b == 0xF4 ? 0x8F : 0xBF;
         }
         else { u16.push_back(u'\xFFFD'); ++i; continue; }
         int k = 1;
