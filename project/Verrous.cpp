@@ -211,21 +211,21 @@ public:
     }
 
 private:
-    // Reads the holder of an existing lock; false, reported under lpszCle, when unreadable.
-    bool Lit(CConfigBRAXEL& detenteur, const CString& strChemin, LPCTSTR lpszCle, int nLigne)
+    // True when an operation on a lock gave 0; otherwise its error is reported under lpszCle.
+    static bool Reussi(int nErreur, LPCTSTR lpszCle, int nLigne, const CString& strChemin)
     {
-        const int nErreur = LitDetenteur(detenteur, strChemin);
         if (nErreur != 0)
             Rapporte(lpszCle, nLigne, nErreur, strChemin);
         return nErreur == 0;
     }
-    // Deletes a lock; false, reported under lpszCle, when that fails.
-    bool Efface(const CString& strChemin, LPCTSTR lpszCle, int nLigne)
+    // Reads the holder of an existing lock.
+    static bool Lit(CConfigBRAXEL& detenteur, const CString& strChemin, LPCTSTR lpszCle, int nLigne)
     {
-        const int nErreur = Supprime(strChemin);
-        if (nErreur != 0)
-            Rapporte(lpszCle, nLigne, nErreur, strChemin);
-        return nErreur == 0;
+        return Reussi(LitDetenteur(detenteur, strChemin), lpszCle, nLigne, strChemin);
+    }
+    static bool Efface(const CString& strChemin, LPCTSTR lpszCle, int nLigne)
+    {
+        return Reussi(Supprime(strChemin), lpszCle, nLigne, strChemin);
     }
     // Releasing: our lock goes, another's stays. True when another holds it (autre
     // then names them); false when the lock was ours, absent or unreadable.
