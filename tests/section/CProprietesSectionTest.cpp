@@ -330,6 +330,7 @@ TEST(CProprietesSection, NoAreaGivesZeroAndClearsEarlierValues)
         {{}, {}},
         {{{{0, 0}, {1, 0}}}, {}},                                       // two points only
         {{Rectangle(0, 0, 1, 1)}, {Inverse(Rectangle(0, 0, 1, 1))}},    // the opening is the section
+        {{Inverse(Rectangle(0, 0, 1, 1))}, {Inverse(Rectangle(0, 0, 1, 1))}}, // the same, both clockwise
         {{Rectangle(0, 0, 1, 1)}, {Rectangle(-1, -1, 2, 2)}},           // more opening than section
         {{{{0, 0}, {1, 0}, {1, std::nan("")}}}, {}},                    // not a number
         {{Rectangle(0, 0, 1, 1)}, {{{0.2, 0.2}, {0.5, HUGE_VAL}, {0.2, 0.5}}}},
