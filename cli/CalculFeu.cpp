@@ -32,6 +32,11 @@ CPolygone ToPolygone(const Contour& c)
     return p;
 }
 
+double SignedArea(const Contour& c)
+{
+    return ToPolygone(c).Surface(false);
+}
+
 Point2 LookupPoint(const CTemperatureGenerale& t, const Contour& outline, Point2 p)
 {
     CPointD o = t.GetPtTranslation();

@@ -30,6 +30,8 @@ struct FireResult
 typedef std::function<bool(double fraction, const std::string& label)> ProgressFn;
 
 CPolygone ToPolygone(const Contour& c);
+// The contour's signed area, positive counter-clockwise (the library's exact sum).
+double SignedArea(const Contour& c);
 
 // Point of the library's lookup frame for a point of the section. Grid methods count
 // their columns from m_dXOrigine: the command sets that origin to half the grid's

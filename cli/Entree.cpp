@@ -123,21 +123,12 @@ std::string Folder(const std::string& path)
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
 }
 
+// The library's containment: a point on the contour (within its 1e-8 m) is in it, so
+// a bar on the outline is in the section and a bar on a cavity's edge is in the cavity.
 bool Inside(const Contour& c, Point2 p)
 {
-    // Crossing count; points on the outline count as inside.
-    bool in = false;
-    for (std::size_t i = 0, j = c.size() - 1; i < c.size(); j = i++)
-    {
-        const Point2 &a = c[i], &b = c[j];
-        double cross = (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
-        if (std::fabs(cross) < 1e-12 && p.x >= std::min(a.x, b.x) - 1e-12 && p.x <= std::max(a.x, b.x) + 1e-12 &&
-            p.y >= std::min(a.y, b.y) - 1e-12 && p.y <= std::max(a.y, b.y) + 1e-12)
-            return true;
-        if ((a.y > p.y) != (b.y > p.y) && p.x < (b.x - a.x) * (p.y - a.y) / (b.y - a.y) + a.x)
-            in = !in;
-    }
-    return in;
+    CPolygone contour = ToPolygone(c);
+    return contour.AppartientAPolygone(CPointD(p.x, p.y)) >= 0;
 }
 
 FireInput FireFromJson(const std::string& source, const json& root)

@@ -2,6 +2,7 @@
 // raises one InputError naming the file, the field and what is wrong.
 #pragma once
 
+#include "CalculFeu.h"
 #include "Entree.h"
 
 #include <nlohmann/json.hpp>

@@ -44,18 +44,6 @@ Box& Box::Add(const Contour& c)
     return *this;
 }
 
-double SignedArea(const Contour& c)
-{
-    double a = 0;
-    for (std::size_t k = 0; k < c.size(); ++k)
-    {
-        const Point2& p = c[k];
-        const Point2& q = c[(k + 1) % c.size()];
-        a += p.x * q.y - q.x * p.y;
-    }
-    return 0.5 * a;
-}
-
 std::string EscapeXml(const std::string& s)
 {
     std::string out;

@@ -25,9 +25,6 @@ struct Box
     double Height() const { return ymax - ymin; }
 };
 
-// Signed area of a contour, positive counter-clockwise.
-double SignedArea(const Contour& c);
-
 // Values on a rectangular grid of cell centres: value(i, j) sits at (xs[j], ys[i]).
 // A value that is not a number has no cell (outside the section).
 struct ScalarGrid

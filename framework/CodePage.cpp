@@ -151,36 +151,50 @@ std::string AfxWideToUtf8(const std::wstring& s)
 
 std::wstring AfxUtf8ToWide(const std::string& s)
 {
+    // Only the shortest form of a scalar value is read: overlong forms, surrogates and
+    // values beyond U+10FFFF could smuggle a '/' or a NUL past a check of the bytes.
+    // Every maximal part of a bad sequence becomes one replacement character, as the
+    // Unicode standard recommends, so that a good character after it is never lost.
     std::u16string u16;
     u16.reserve(s.size());
+    const std::size_t n = s.size();
     std::size_t i = 0;
-    while (i < s.size())
+    while (i < n)
     {
-        unsigned char b = (unsigned char)s[i];
+        const unsigned char b = (unsigned char)s[i];
         std::uint32_t c;
         int extra;
+        // The range of the second byte: narrower than 80-BF where the lead byte alone
+        // would allow an overlong form, a surrogate or a value beyond U+10FFFF.
+        unsigned char bas = 0x80, haut = 0xBF;
         if (b < 0x80) { c = b; extra = 0; }
-        else if ((b & 0xE0) == 0xC0) { c = b & 0x1F; extra = 1; }
-        else if ((b & 0xF0) == 0xE0) { c = b & 0x0F; extra = 2; }
-        else if ((b & 0xF8) == 0xF0) { c = b & 0x07; extra = 3; }
+        else if (b >= 0xC2 && b <= 0xDF) { c = b & 0x1F; extra = 1; }
+        else if (b >= 0xE0 && b <= 0xF4)
+        {
+            extra = b < 0xF0 ? 2 : 3;
+            c = b & (extra == 2 ? 0x0F : 0x07);
+            bas = b == 0xE0 ? 0xA0 : b == 0xF0 ? 0x90 : 0x80;
+            haut = b == 0xED ? 0x9F : b == 0xF4 ? 0x8F : 0xBF;
+        }
         else { u16.push_back(u'\xFFFD'); ++i; continue; }
         int k = 1;
         for (; k <= extra; ++k)
         {
-            if (i + (std::size_t)k >= s.size() || (((unsigned char)s[i + k]) & 0xC0) != 0x80)
+            if (i + (std::size_t)k >= n)
                 break;
-            c = (c << 6) | (((unsigned char)s[i + k]) & 0x3F);
+            const unsigned char suite = (unsigned char)s[i + k];
+            if (suite < (k == 1 ? bas : 0x80) || suite > (k == 1 ? haut : 0xBF))
+                break;
+            c = (c << 6) | (suite & 0x3F);
         }
         if (k <= extra)
         {
-            // A cut or broken sequence is one replacement character.
+            // A cut or broken sequence: what was read of it is one replacement.
             u16.push_back(u'\xFFFD');
             i += (std::size_t)k;
             continue;
         }
         i += (std::size_t)extra + 1;
-        if (c > 0x10FFFF)
-            c = 0xFFFD;
         if (c >= 0x10000)
         {
             c -= 0x10000;

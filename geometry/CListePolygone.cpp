@@ -1,6 +1,7 @@
 // The contour list: ownership, walking, copies, archive form, the split of a
 // self-crossing contour into simple ones, and the merge of close contours.
 #include "geometry/CListePolygone.h"
+#include "geometry/GeometrieInterne.h"
 
 #include <memory>
 #include <vector>
@@ -11,7 +12,7 @@ CListePolygone::CListePolygone() : m_Polygones(10) {}
 
 CListePolygone::CListePolygone(const CPolygone& p) : m_Polygones(10)
 {
-    m_Polygones.AddTail(new CPolygone(p));
+    AddTail(new CPolygone(p));
 }
 
 CListePolygone::CListePolygone(const CListePolygone& l) : CObject(), m_Polygones(10)
@@ -36,8 +37,33 @@ CListePolygone::~CListePolygone()
 
 void CListePolygone::CopieListe(const CListePolygone& l)
 {
-    for (POSITION pos = l.m_Polygones.GetHeadPosition(); pos;)
-        m_Polygones.AddTail(new CPolygone(*l.m_Polygones.GetNext(pos)));
+    // A copy that fails half-way frees what it made (a constructor's destructor does
+    // not run).
+    try
+    {
+        for (POSITION pos = l.m_Polygones.GetHeadPosition(); pos;)
+            AddTail(new CPolygone(*l.m_Polygones.GetNext(pos)));
+    }
+    catch (...)
+    {
+        Delete();
+        throw;
+    }
+}
+
+POSITION CListePolygone::AddHead(CPolygone* p)
+{
+    return prefa_geometrie::LieOuDetruit(p, [this](CPolygone* q) { return m_Polygones.AddHead(q); });
+}
+
+POSITION CListePolygone::AddTail(CPolygone* p)
+{
+    return prefa_geometrie::LieOuDetruit(p, [this](CPolygone* q) { return m_Polygones.AddTail(q); });
+}
+
+POSITION CListePolygone::InsertBefore(POSITION pos, CPolygone* p)
+{
+    return prefa_geometrie::LieOuDetruit(p, [&](CPolygone* q) { return m_Polygones.InsertBefore(pos, q); });
 }
 
 void CListePolygone::Delete()
@@ -110,7 +136,7 @@ void CListePolygone::Serialize(CArchive& ar)
         {
             std::unique_ptr<CPolygone> p(new CPolygone);
             p->Serialize(ar);
-            m_Polygones.AddTail(p.release());
+            AddTail(p.release());
         }
     }
 }
@@ -126,7 +152,7 @@ int CListePolygone::RendRegulier(const CPolygone& p, int bSupprimeInverses)
     std::unique_ptr<CPolygone> copie(new CPolygone(p));
     if (copie->GetCount() < 3)
     {
-        m_Polygones.AddTail(copie.release());
+        AddTail(copie.release());
         return 0;
     }
 
@@ -149,13 +175,13 @@ int CListePolygone::RendRegulier(const CPolygone& p, int bSupprimeInverses)
             pile.push_back({std::move(piece), true});
             break;
         case 0:
-            m_Polygones.AddTail(piece.release());
+            AddTail(piece.release());
             break;
         default:
             if (!bSupprimeInverses)
             {
                 piece->InverseSens();
-                m_Polygones.AddTail(piece.release());
+                AddTail(piece.release());
             }
             break;
         }
@@ -172,7 +198,7 @@ int CListePolygone::RendRegulier(const CPolygone& p, int bSupprimeInverses)
         {
             if (copie->Surface(true) < 0.0)
                 copie->InverseSens();
-            m_Polygones.AddTail(copie.release());
+            AddTail(copie.release());
             return 0;
         }
         pile.push_back({std::move(B), false});
@@ -190,7 +216,7 @@ int CListePolygone::RendRegulier(const CPolygone& p, int bSupprimeInverses)
         std::unique_ptr<CPolygone> A(new CPolygone), B(new CPolygone);
         if (coupesRestantes == 0 || !t.poly->EclatePolygone(A.get(), B.get()))
         {
-            m_Polygones.AddTail(t.poly.release());
+            AddTail(t.poly.release());
             continue;
         }
         --coupesRestantes;
@@ -254,6 +280,6 @@ void CListePolygone::Union(double d, int mode)
     {
         p->Decale(d, 1);
         if (NettoieUnion(*p))
-            m_Polygones.AddTail(p.release());
+            AddTail(p.release());
     }
 }

@@ -47,9 +47,11 @@ public:
     BOOL IsEmpty() const { return m_Polygones.IsEmpty(); }
     INT_PTR GetCount() const { return m_Polygones.GetCount(); }
 
-    POSITION AddHead(CPolygone* p) { return m_Polygones.AddHead(p); }
-    POSITION AddTail(CPolygone* p) { return m_Polygones.AddTail(p); }
-    POSITION InsertBefore(POSITION pos, CPolygone* p) { return m_Polygones.InsertBefore(pos, p); }
+    // The list takes ownership of the polygon, also when the insertion throws (the
+    // polygon is then deleted): AddTail(new CPolygone(...)) never leaks.
+    POSITION AddHead(CPolygone* p);
+    POSITION AddTail(CPolygone* p);
+    POSITION InsertBefore(POSITION pos, CPolygone* p);
 
     POSITION GetHeadPosition();
     POSITION GetTailPosition();

@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace
 {
@@ -99,13 +100,13 @@ int CListePolygone::PolyClipping(int bEfface, CPolygone& a, CPolygone& b, code_c
         const bool trou = !ClipperLib::Orientation(chemin);
         if (trou && !bTrous)
             continue;
-        CPolygone* p = new CPolygone;
+        std::unique_ptr<CPolygone> p(new CPolygone);
         for (const ClipperLib::IntPoint& q : chemin)
             p->AddTail((double)q.X / kEchelle, (double)q.Y / kEchelle);
         // Outer contours come counter-clockwise, holes clockwise; the cache is filled
         // as it is so that reading a hole's extents does not turn it round.
         p->Surface(false);
-        m_Polygones.AddTail(p);
+        AddTail(p.release());
         ++nombre;
     }
     return nombre;

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
-using prefa_geometrie::PI;
+using namespace prefa_geometrie;
 
 IMPLEMENT_SERIAL(CPointD, CObject, 1)
 
@@ -16,14 +16,14 @@ namespace prefa_geometrie
 double AnglePolaireRad(double dx, double dy)
 {
     double a;
-    if (std::fabs(dx) < 1e-10)
+    if (std::fabs(dx) < TOL_COORDONNEE)
     {
-        if (std::fabs(dy) < 1e-10)
+        if (std::fabs(dy) < TOL_COORDONNEE)
             a = 0.0;
         else if (dy > 0.0)
             a = PI / 2.0;
         else
-            a = 4.71238898038469;
+            a = TROIS_PI_SUR_DEUX;
     }
     else
     {
@@ -33,7 +33,7 @@ double AnglePolaireRad(double dx, double dy)
         if (a < 0.0)
             a += 2.0 * PI;
     }
-    if (std::fabs(a - 2.0 * PI) < 1e-10)
+    if (std::fabs(a - 2.0 * PI) < TOL_COORDONNEE)
         a = 0.0;
     return a;
 }
@@ -115,7 +115,7 @@ int CPointD::Identique(const CPointD& p, double tol) const { return distance_p(p
 
 int CPointD::operator==(const CPointD& p) const
 {
-    return std::fabs(x - p.x) < 1e-10 && std::fabs(y - p.y) < 1e-10 ? 1 : 0;
+    return std::fabs(x - p.x) < TOL_COORDONNEE && std::fabs(y - p.y) < TOL_COORDONNEE ? 1 : 0;
 }
 
 double CPointD::translation(const CPointD& a, const CPointD& b)

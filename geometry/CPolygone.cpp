@@ -3,8 +3,8 @@
 // archive form.
 #include "geometry/CPolygone.h"
 
-#include "geometry/Routines.h"
-#include "geometry/SommeExacte.h"
+#include "geometry/GeometrieInterne.h"
+#include "geometry/AireSignee.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <memory>
 #include <vector>
+
+using namespace prefa_geometrie;
 
 IMPLEMENT_SERIAL(CPolygone, CObject, 1)
 
@@ -60,8 +62,18 @@ CPolygone::~CPolygone()
 
 void CPolygone::CopiePoints(const CPolygone& p)
 {
-    for (POSITION pos = p.m_Points.GetHeadPosition(); pos;)
-        m_Points.AddTail(new CPointD(*p.m_Points.GetNext(pos)));
+    // A copy that fails half-way frees what it made (a constructor's destructor does
+    // not run).
+    try
+    {
+        for (POSITION pos = p.m_Points.GetHeadPosition(); pos;)
+            AddTail(new CPointD(*p.m_Points.GetNext(pos)));
+    }
+    catch (...)
+    {
+        Delete();
+        throw;
+    }
     m_bDimsValides = p.m_bDimsValides;
     m_Xmin = p.m_Xmin;
     m_Ymin = p.m_Ymin;
@@ -85,25 +97,25 @@ void CPolygone::Delete()
 POSITION CPolygone::AddHead(CPointD* p)
 {
     Invalide();
-    return m_Points.AddHead(p);
+    return LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddHead(q); });
 }
 
 POSITION CPolygone::AddTail(CPointD* p)
 {
     Invalide();
-    return m_Points.AddTail(p);
+    return LieOuDetruit(p, [this](CPointD* q) { return m_Points.AddTail(q); });
 }
 
 POSITION CPolygone::InsertBefore(POSITION pos, CPointD* p)
 {
     Invalide();
-    return m_Points.InsertBefore(pos, p);
+    return LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertBefore(pos, q); });
 }
 
 POSITION CPolygone::InsertAfter(POSITION pos, CPointD* p)
 {
     Invalide();
-    return m_Points.InsertAfter(pos, p);
+    return LieOuDetruit(p, [&](CPointD* q) { return m_Points.InsertAfter(pos, q); });
 }
 
 POSITION CPolygone::AddTail(double x, double y)
@@ -206,32 +218,24 @@ double CPolygone::Surface(bool bOriente)
 void CPolygone::RecalculDim(bool bOriente)
 {
     m_Xmin = m_Ymin = m_Xmax = m_Ymax = 0.0;
-    // The shoelace terms are summed exactly: reversing the contour negates every term,
-    // so the reversed contour's area is exactly the opposite. A running sum would
-    // round differently in the two directions and can find a near-zero area negative
-    // both ways.
-    prefa_geometrie::SommeExacte aire;
+    // Summed exactly: a running sum would round differently in the two directions and
+    // could find a near-zero area negative both ways.
+    prefa_geometrie::AireSignee aire;
     POSITION pos = m_Points.GetHeadPosition();
     if (pos)
     {
-        const CPointD* p0 = m_Points.GetNext(pos);
+        const CPointD* p0 = m_Points.GetAt(pos);
         m_Xmin = m_Xmax = p0->x;
         m_Ymin = m_Ymax = p0->y;
-        const CPointD* prec = p0;
-        while (pos)
-        {
-            const CPointD* p = m_Points.GetNext(pos);
-            aire.Ajoute(-(p->x - prec->x) * (prec->y + p->y) / 2.0);
-            m_Xmin = std::min(m_Xmin, p->x);
-            m_Xmax = std::max(m_Xmax, p->x);
-            m_Ymin = std::min(m_Ymin, p->y);
-            m_Ymax = std::max(m_Ymax, p->y);
-            prec = p;
-        }
-        if (m_Points.GetCount() > 2)
-            aire.Ajoute(-(p0->x - prec->x) * (prec->y + p0->y) / 2.0);
-        else
-            aire = prefa_geometrie::SommeExacte(); // an open side or a lone point encloses nothing
+    }
+    while (pos)
+    {
+        const CPointD* p = m_Points.GetNext(pos);
+        aire.Ajoute(p->x, p->y);
+        m_Xmin = std::min(m_Xmin, p->x);
+        m_Xmax = std::max(m_Xmax, p->x);
+        m_Ymin = std::min(m_Ymin, p->y);
+        m_Ymax = std::max(m_Ymax, p->y);
     }
     m_Surface = aire.Valeur();
     if (bOriente && Comparer(m_Surface, 0.0, 3) < 0)
@@ -247,14 +251,17 @@ void CPolygone::InverseSens()
 {
     if (m_Points.GetCount() < 2)
         return;
-    // Every node in turn goes to the head: the points themselves are not copied.
-    std::vector<CPointD*> points;
-    points.reserve((std::size_t)m_Points.GetCount());
-    for (POSITION pos = m_Points.GetHeadPosition(); pos;)
-        points.push_back(m_Points.GetNext(pos));
-    m_Points.RemoveAll();
-    for (CPointD* p : points)
-        m_Points.AddHead(p);
+    // The two ends exchange their points, walking inwards: the points are not copied
+    // and nothing is allocated, so nothing can fail half-way.
+    POSITION debut = m_Points.GetHeadPosition(), fin = m_Points.GetTailPosition();
+    for (INT_PTR k = m_Points.GetCount() / 2; k > 0; --k)
+    {
+        CPointD* p = m_Points.GetAt(debut);
+        m_Points.SetAt(debut, m_Points.GetAt(fin));
+        m_Points.SetAt(fin, p);
+        m_Points.GetNext(debut);
+        m_Points.GetPrev(fin);
+    }
     m_posCote = nullptr;
     m_pFinCote = nullptr;
     Invalide();
@@ -311,7 +318,7 @@ int CPolygone::EstRectangle()
     {
         CVecteur cote = CoteSuivant();
         // Absolute tolerance on purpose: sections are in metres or centimetres.
-        if (std::fabs(prec * cote) > 0.001)
+        if (std::fabs(prec * cote) > TOL_RECTANGLE)
             return 0;
         prec = cote;
     } while (!EstDernierCote());
@@ -346,7 +353,7 @@ int CPolygone::AppartientAPolygone(const CPointD& p, double d)
     if (n == 2)
     {
         CVecteur v(c->GetPointHead(), c->GetPointTail());
-        return v.AppartientAVecteur(p, 1e-10) ? 1 : -1;
+        return v.AppartientAVecteur(p, TOL_COORDONNEE) ? 1 : -1;
     }
     CArray<ptD, ptD> contour;
     contour.Vector().reserve((std::size_t)n);
@@ -355,7 +362,7 @@ int CPolygone::AppartientAPolygone(const CPointD& p, double d)
     {
         const CPointD* a = c->m_Points.GetNext(pos);
         const CPointD* b = pos ? c->m_Points.GetAt(pos) : c->m_Points.GetHead();
-        if (CVecteur(*a, *b).AppartientAVecteur(p, 1e-10, -1.0))
+        if (CVecteur(*a, *b).AppartientAVecteur(p, TOL_COORDONNEE, -1.0))
             return k;
         contour.Add(ptD{a->x, a->y});
     }
@@ -416,8 +423,8 @@ CPointD CPolygone::DonneCdg()
     {
         cotes.push_back(cote);
         const double x1 = cote.org.x, y1 = cote.org.y, x2 = cote.ext.x, y2 = cote.ext.y;
-        const double A = (x1 - x2) * (y1 + y2) / 2.0;
-        if (std::fabs(A) > 1e-5)
+        const double A = prefa_geometrie::TermeAire(x1, y1, x2, y2);
+        if (std::fabs(A) > AIRE_MIN_BANDE)
         {
             Sx += (x1 + (x2 - x1) / 3.0 * (2.0 * y2 + y1) / (y1 + y2)) * A;
             // Mean-height approximation in y, kept on purpose: results are compared
@@ -444,7 +451,7 @@ CPointD CPolygone::DonneCdg()
         const CVecteur& u = cotes[i];
         const CVecteur& v = cotes[(i + 1) % cotes.size()];
         const double c = u ^ v;
-        const int s = c > 1e-10 ? 1 : (c < -1e-10 ? -1 : 0);
+        const int s = c > TOL_COORDONNEE ? 1 : (c < -TOL_COORDONNEE ? -1 : 0);
         if (i == 0)
             signe = s;
         else if (s != signe)

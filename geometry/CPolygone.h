@@ -68,7 +68,8 @@ public:
     BOOL IsEmpty() const { return m_Points.IsEmpty(); }
     INT_PTR GetCount() const { return m_Points.GetCount(); }
 
-    // The polygon takes ownership of the point.
+    // The polygon takes ownership of the point, also when the insertion throws (the
+    // point is then deleted): AddTail(new CPointD(...)) never leaks.
     POSITION AddHead(CPointD* p);
     POSITION AddTail(CPointD* p);
     POSITION InsertBefore(POSITION pos, CPointD* p);
@@ -137,7 +138,7 @@ public:
     void translation(const CPointD& a, const CPointD& b);
     void translation(const CVecteur& v);
     void ChangeRepere(double a, const CPointD& o);
-    // Reverses the point order (nodes are moved, points are not copied).
+    // Reverses the point order (the points are not copied; nothing is allocated).
     void InverseSens();
 
     // Foreign containers of the calling programs.

@@ -1,17 +1,20 @@
 // A contour cut by a line, and horizontal distances between contours.
 #include "geometry/CListePolygone.h"
+#include "geometry/GeometrieInterne.h"
 #include "geometry/Routines.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
+using namespace prefa_geometrie;
+
 int CPolygone::IntersectionPolygoneVecteur(const CVecteur& v, CList<CVecteur, CVecteur&>* segments,
                                            int bSegment)
 {
     const std::size_t n = (std::size_t)m_Points.GetCount();
     const double L = v.longueur();
-    if (n < 3 || L < 1e-10)
+    if (n < 3 || L < TOL_COORDONNEE)
         return 0;
     const double ux = v.dx() / L, uy = v.dy() / L;
     const double ox = v.org.x, oy = v.org.y;
@@ -34,9 +37,9 @@ int CPolygone::IntersectionPolygoneVecteur(const CVecteur& v, CList<CVecteur, CV
     for (i = 0; i < n; ++i)
     {
         const std::size_t j = (i + 1) % n;
-        if (std::fabs(s[i]) <= 1e-10)
+        if (std::fabs(s[i]) <= TOL_COORDONNEE)
             coupures.push_back(t[i]);
-        if ((s[i] > 1e-10 && s[j] < -1e-10) || (s[i] < -1e-10 && s[j] > 1e-10))
+        if ((s[i] > TOL_COORDONNEE && s[j] < -TOL_COORDONNEE) || (s[i] < -TOL_COORDONNEE && s[j] > TOL_COORDONNEE))
             coupures.push_back(t[i] + (t[j] - t[i]) * s[i] / (s[i] - s[j]));
     }
     if (bSegment)
@@ -49,7 +52,7 @@ int CPolygone::IntersectionPolygoneVecteur(const CVecteur& v, CList<CVecteur, CV
     }
     std::sort(coupures.begin(), coupures.end());
     coupures.erase(std::unique(coupures.begin(), coupures.end(),
-                               [](double a, double b) { return b - a <= 1e-10; }),
+                               [](double a, double b) { return b - a <= TOL_COORDONNEE; }),
                    coupures.end());
 
     auto point = [&](double x) { return CPointD(ox + x * ux, oy + x * uy); };
@@ -99,7 +102,7 @@ int CPolygone::DistanceAxeXPolygone(const CPolygone& q, double* distance, int bA
         for (const CVecteur& c : cotes)
         {
             int code = 0;
-            const CPointD x = horizontale.Intersection(c, 1e-10, &code);
+            const CPointD x = horizontale.Intersection(c, TOL_COORDONNEE, &code);
             if (code != 2 && code != 3)
                 continue;
             const double valeur = x.x - p->x;

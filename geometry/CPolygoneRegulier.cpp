@@ -1,10 +1,13 @@
 // Self-intersection of a contour: detection (Regulier) and the cut into two loops
 // (EclatePolygone).
 #include "geometry/CPolygone.h"
+#include "geometry/GeometrieInterne.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
+
+using namespace prefa_geometrie;
 
 namespace
 {
@@ -71,7 +74,7 @@ int CPolygone::Regulier(CPointD* inter, POSITION* pos1, POSITION* pos2)
         for (const auto& pr : paires)
         {
             int code = 0;
-            const CPointD p = cotes[pr.first].Intersection(cotes[pr.second], 1e-10, &code);
+            const CPointD p = cotes[pr.first].Intersection(cotes[pr.second], TOL_COORDONNEE, &code);
             if (code == 3)
             {
                 if (inter)

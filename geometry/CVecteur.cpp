@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-using prefa_geometrie::PI;
+using namespace prefa_geometrie;
 
 IMPLEMENT_SERIAL(CVecteur, CObject, 1)
 
@@ -19,7 +19,7 @@ CVecteur::CVecteur(double x1, double y1, double x2, double y2) : org(x1, y1), ex
 
 CVecteur::CVecteur(CPoint a, CPoint b, double scale)
 {
-    if (scale > 1e-10)
+    if (scale > TOL_COORDONNEE)
     {
         org.s_xy(a.x / scale, a.y / scale);
         ext.s_xy(b.x / scale, b.y / scale);
@@ -69,7 +69,7 @@ double CVecteur::longueur() const { return org.distance_p(ext); }
 double CVecteur::angle_d(int mode) const
 {
     double a = prefa_geometrie::AnglePolaireRad(dx(), dy());
-    if (mode == 1 && Round(a, 2) > 4.71238898038469)
+    if (mode == 1 && Round(a, 2) > TROIS_PI_SUR_DEUX)
         a -= 2.0 * PI;
     return a * 180.0 / PI;
 }
@@ -130,7 +130,7 @@ double CVecteur::g_x(double y) const
     double xi = 0.0;
     double yi = 0.0;
     const int code = Donne_Intersection(org.x, org.y, ext.x, ext.y, -1e10, y, 1e10, y, &xi,
-                                        &yi, 1e-10);
+                                        &yi, TOL_COORDONNEE);
     return code == 2 || code == 3 ? xi : 1e10;
 }
 
@@ -139,7 +139,7 @@ double CVecteur::g_y(double x) const
     double xi = 0.0;
     double yi = 0.0;
     const int code = Donne_Intersection(org.x, org.y, ext.x, ext.y, x, -1e10, x, 1e10, &xi,
-                                        &yi, 1e-10);
+                                        &yi, TOL_COORDONNEE);
     return code == 2 || code == 3 ? yi : 1e10;
 }
 
@@ -165,7 +165,7 @@ double CVecteur::DistanceProjete(double r, double angle) const
     CPointD q(ext);
     q.x += r * dcos(angle);
     q.y += r * dsin(angle);
-    if (std::fabs(dx() * (q.y - ext.y) - dy() * (q.x - ext.x)) < 1e-10)
+    if (std::fabs(dx() * (q.y - ext.y) - dy() * (q.x - ext.x)) < TOL_COORDONNEE)
         return 0.0;
     return DistanceProjete(q);
 }
@@ -173,7 +173,7 @@ double CVecteur::DistanceProjete(double r, double angle) const
 int CVecteur::AppartientAVecteur(const CPointD& p, double tolLong, double tol) const
 {
     if (tol == -1.0)
-        tol = 1e-10;
+        tol = TOL_COORDONNEE;
     const double ux = p.x - org.x;
     const double uy = p.y - org.y;
     const double ddx = dx();

@@ -7,8 +7,7 @@
 
 #include <cmath>
 
-using prefa_geometrie::Accroche;
-using prefa_geometrie::NewtonPlan;
+using namespace prefa_geometrie;
 
 namespace
 {
@@ -44,7 +43,7 @@ CPointD CVecteur::VecteurOrthogonal(double L) const
     const double ddy = dy();
     double a = -500.0;
     // There the usual start makes the first step singular.
-    if (std::fabs(ddy) > 1e-10 && std::fabs(-0.5 - ddx / ddy) < 1e-10)
+    if (std::fabs(ddy) > TOL_COORDONNEE && std::fabs(-0.5 - ddx / ddy) < TOL_COORDONNEE)
         a = -499.0;
     // Perpendicular, on the left of the direction (dx b - dy a >= 0).
     return VecteurDeLongueur(L, ddx, ddy, -ddy, ddx, a, 1000.0);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace prefa_geometrie;
+
 namespace
 {
 
@@ -24,13 +26,13 @@ int CVecteur::VecteurIntersection(const CVecteur& w, CVecteur* result, int bPoin
     const double croix = w.dy() * dx() - w.dx() * dy();
     if (angleTol == 0.0)
     {
-        if (std::fabs(croix) > 1e-10)
+        if (std::fabs(croix) > TOL_COORDONNEE)
             return 0;
     }
     else
     {
         const double produit = longueur() * w.longueur();
-        if (produit < 1e-10 || std::fabs(croix) / produit > std::fabs(dsin(angleTol)))
+        if (produit < TOL_COORDONNEE || std::fabs(croix) / produit > std::fabs(dsin(angleTol)))
             return 0;
     }
 
@@ -44,8 +46,8 @@ int CVecteur::VecteurIntersection(const CVecteur& w, CVecteur* result, int bPoin
     if (*this * w < 0.0)
         Retourne(copie);
 
-    const double tolPoint = angleTol == 0.0 ? 1e-10 : tolA;
-    const double tolLigne = tolB == -1.0 ? 1e-10 : tolB;
+    const double tolPoint = angleTol == 0.0 ? TOL_COORDONNEE : tolA;
+    const double tolLigne = tolB == -1.0 ? TOL_COORDONNEE : tolB;
     CVecteur r;
     bool origine = false;
     bool extremite = false;

@@ -1,7 +1,10 @@
 // Containment, area and clean-up on the callers' point containers.
+#include "geometry/AireSignee.h"
 #include "geometry/GeometrieInterne.h"
 
 #include <cmath>
+
+using namespace prefa_geometrie;
 
 int AppartientAContour(const CArray<ptD, ptD>& contour, const ptD& p)
 {
@@ -9,7 +12,7 @@ int AppartientAContour(const CArray<ptD, ptD>& contour, const ptD& p)
     if (n == 0)
         return -1;
     const ptD* c = contour.GetData();
-    const double tol = 1e-8;
+    const double tol = TOL_CONTENU;
     int parite = 0;
     for (INT_PTR i = 0; i < n; ++i)
     {
@@ -54,17 +57,16 @@ int AppartientAContour(const CArray<ptD, ptD>& contour, const ptD& p)
 
 double Surface_Contour_Polygone(const l2ch_descrip* liste)
 {
-    if (!liste || !liste->tete)
+    if (!liste)
         return 0.0;
-    double s = 0.0;
+    prefa_geometrie::AireSignee aire;
     for (const L_POINT* n = liste->tete; n; n = n->suivant)
     {
-        const L_POINT* suivant = n->suivant ? n->suivant : liste->tete;
-        s += (suivant->x - n->x) * (n->y + suivant->y) / 2.0;
+        aire.Ajoute(n->x, n->y);
         if (n == liste->queue)
             break;
     }
-    return -s;
+    return aire.Valeur();
 }
 
 namespace
@@ -97,8 +99,8 @@ int sup_point_aligne(l2ch_descrip* liste, double tol)
     int n = l2ch_Compte(liste);
     if (n < 3)
         return n;
-    if (tol < 1e-10)
-        tol = 1e-10;
+    if (tol < TOL_COORDONNEE)
+        tol = TOL_COORDONNEE;
 
     L_POINT* p = liste->tete;
     int intacts = 0; // points examined in a row without a removal

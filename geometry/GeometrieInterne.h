@@ -4,11 +4,38 @@
 #include "geometry/Routines.h"
 
 #include <cmath>
+#include <memory>
 
 namespace prefa_geometrie
 {
 
 constexpr double PI = 3.141592653589793;
+// 3 pi / 2 as the suite writes it (to 14 decimals): the polar angle of a downward
+// direction, and the bound beyond which angle_d(1) counts an angle as negative.
+constexpr double TROIS_PI_SUR_DEUX = 4.71238898038469;
+
+// The tolerances of the geometry, each named after the rule it serves; there is no
+// general epsilon.
+// Coordinates: two points are equal, a point lies on a line, two lines are parallel.
+constexpr double TOL_COORDONNEE = 1e-10;
+// Containment of a point in a contour (AppartientAContour).
+constexpr double TOL_CONTENU = 1e-8;
+// How far beyond a segment's box a point still projects on it or lies in its
+// neighbourhood; also the correction at which the crossing iteration stops.
+constexpr double TOL_SEGMENT = 1e-7;
+// Newton constructions: the correction at which they stop, and the size below which a
+// component of the result becomes exactly 0.
+constexpr double ARRET_NEWTON = 1e-15;
+constexpr double SEUIL_ACCROCHE = 1e-9;
+// The 3x3 solver's smallest pivot.
+constexpr double PIVOT_MIN = 1e-18;
+// Round's band around zero, and the difference below which Comparer says equal.
+constexpr double ZERO_ARRONDI = 1e-7;
+constexpr double EGALITE_COMPARER = 1e-12;
+// EstRectangle: the largest dot product of two successive sides (absolute).
+constexpr double TOL_RECTANGLE = 0.001;
+// DonneCdg: the smallest strip area a side must have to count.
+constexpr double AIRE_MIN_BANDE = 1e-5;
 
 // Polar angle of (dx, dy) in radians, in [0, 2 pi), with the library's 1e-10 rules
 // for the axes and for angles next to 2 pi.
@@ -34,13 +61,25 @@ int NewtonPlan(double& a, double& b, Systeme system)
             return -1;
         a += d[0];
         b += d[1];
-        if (std::fabs(d[0]) + std::fabs(d[1]) <= 1e-15)
+        if (std::fabs(d[0]) + std::fabs(d[1]) <= ARRET_NEWTON)
             break;
     }
     return 0;
 }
 
-// Components below 1e-9 in absolute value become exactly 0.
-inline double Accroche(double v) { return std::fabs(v) < 1e-9 ? 0.0 : v; }
+// Links p, which the list owns from the call on, through insere (a list's AddTail,
+// InsertBefore ...): when linking throws, p is deleted before the exception goes on,
+// so that AddTail(new ...) cannot leak.
+template <class T, class Insere>
+POSITION LieOuDetruit(T* p, Insere insere)
+{
+    std::unique_ptr<T> garde(p);
+    const POSITION pos = insere(p);
+    garde.release();
+    return pos;
+}
+
+// Components below SEUIL_ACCROCHE in absolute value become exactly 0.
+inline double Accroche(double v) { return std::fabs(v) < SEUIL_ACCROCHE ? 0.0 : v; }
 
 } // namespace prefa_geometrie

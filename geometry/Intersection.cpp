@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace prefa_geometrie;
+
 // The crossing is found by Newton iteration on three unknowns: the point (X, Y) and
 // t, its parameter along segment 2 (0 at (x3, y3), 1 at (x4, y4)). The equations are
 //     (X - x1) d1y - (Y - y1) d1x = 0              the point is on line 1
@@ -21,7 +23,7 @@ int Donne_Intersection(double x1, double y1, double x2, double y2, double x3, do
     const double d1y = y2 - y1;
     const double d2x = x4 - x3;
     const double d2y = y4 - y3;
-    if (std::fabs(d2y * d1x - d2x * d1y) < 1e-10)
+    if (std::fabs(d2y * d1x - d2x * d1y) < TOL_COORDONNEE)
         return 0;
 
     const double carre2 = d2x * d2x + d2y * d2y;
@@ -43,7 +45,7 @@ int Donne_Intersection(double x1, double y1, double x2, double y2, double x3, do
         X += d[0];
         Y += d[1];
         t += d[2];
-        converge = std::fabs(d[0]) + std::fabs(d[1]) + std::fabs(d[2]) <= 1e-7;
+        converge = std::fabs(d[0]) + std::fabs(d[1]) + std::fabs(d[2]) <= TOL_SEGMENT;
     }
     if (!converge)
         return 0;
@@ -72,11 +74,11 @@ int Projection_Point_Sur_Droite(double x0, double y0, double x1, double y1, doub
 
     const double dx = x1 - x0;
     const double dy = y1 - y0;
-    if (std::fabs((q.x - x0) * dy - (q.y - y0) * dx) > 1e-7)
+    if (std::fabs((q.x - x0) * dy - (q.y - y0) * dx) > TOL_SEGMENT)
         return 0;
     // Within the segment when neither end is further than the segment's extent.
-    const double ex = std::fabs(dx) + 1e-7;
-    const double ey = std::fabs(dy) + 1e-7;
+    const double ex = std::fabs(dx) + TOL_SEGMENT;
+    const double ey = std::fabs(dy) + TOL_SEGMENT;
     return std::fabs(q.x - x0) <= ex && std::fabs(q.x - x1) <= ex &&
                    std::fabs(q.y - y0) <= ey && std::fabs(q.y - y1) <= ey
                ? 1
@@ -88,8 +90,8 @@ int Projection_Point_Sur_Droite(double x0, double y0, double x1, double y1, doub
 int Appartient_Voisinage(double px, double py, double x0, double y0, double x1, double y1,
                          double tol2)
 {
-    if ((std::fabs(px - x0) < 1e-10 && std::fabs(py - y0) < 1e-10) ||
-        (std::fabs(px - x1) < 1e-10 && std::fabs(py - y1) < 1e-10))
+    if ((std::fabs(px - x0) < TOL_COORDONNEE && std::fabs(py - y0) < TOL_COORDONNEE) ||
+        (std::fabs(px - x1) < TOL_COORDONNEE && std::fabs(py - y1) < TOL_COORDONNEE))
         return 1;
 
     const double ax = px - x0;
@@ -104,8 +106,8 @@ int Appartient_Voisinage(double px, double py, double x0, double y0, double x1, 
     const double carre = dx * dx + dy * dy;
     if (carre <= 0.0)
         return 0;
-    if (px < std::min(x0, x1) - 1e-7 || px > std::max(x0, x1) + 1e-7 ||
-        py < std::min(y0, y1) - 1e-7 || py > std::max(y0, y1) + 1e-7)
+    if (px < std::min(x0, x1) - TOL_SEGMENT || px > std::max(x0, x1) + TOL_SEGMENT ||
+        py < std::min(y0, y1) - TOL_SEGMENT || py > std::max(y0, y1) + TOL_SEGMENT)
         return 0;
     const double croix = ax * dy - ay * dx;
     return croix * croix / carre <= tol2 ? 1 : 0;

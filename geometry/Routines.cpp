@@ -3,17 +3,17 @@
 
 #include <cmath>
 
-using prefa_geometrie::PI;
+using namespace prefa_geometrie;
 
 namespace
 {
 
-// The sign Round applies: anything within 1e-7 of zero counts as zero.
+// The sign Round applies: anything within ZERO_ARRONDI of zero counts as zero.
 double SigneArrondi(double v)
 {
-    if (v > 1e-7)
+    if (v > ZERO_ARRONDI)
         return 1.0;
-    if (v < -1e-7)
+    if (v < -ZERO_ARRONDI)
         return -1.0;
     return 0.0;
 }
@@ -34,7 +34,7 @@ double Round(double v, int n)
 
 int Comparer(double a, double b, int n)
 {
-    if (std::fabs(a - b) < 1e-12)
+    if (std::fabs(a - b) < EGALITE_COMPARER)
         return 0;
     const double puissance = std::pow(10.0, n);
     const double ra = Echelonne(a, puissance);
@@ -127,7 +127,7 @@ int Resous_Systeme(const double a[9], const double b[3], double x[3])
             Swap_Int(&inconnue[k], &inconnue[pivot]);
         }
         const double p = m[k][k];
-        if (std::fabs(p) < 1e-18)
+        if (std::fabs(p) < PIVOT_MIN)
             return -1;
         for (int j = 0; j < 3; ++j)
             m[k][j] /= p;

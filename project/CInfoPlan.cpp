@@ -5,6 +5,8 @@
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
 
+#include <memory>
+
 IMPLEMENT_DYNCREATE(CInfoPlan, CObject)
 
 namespace
@@ -25,6 +27,14 @@ __time64_t LitDate(CArchive& ar)
 
 // Smallest stored revision: its mark, its date word and an empty narrow text.
 const ULONGLONG TAILLE_MIN_MODIFICATION = 1 + 4 + 1;
+
+// Appends a revision, which the record owns from then on; one that cannot be linked
+// is deleted. Returns it.
+CInfoModifications* Ajoute(CTypedPtrList<CPtrList, CInfoModifications*>& liste, std::unique_ptr<CInfoModifications> m)
+{
+    liste.AddTail(m.get());
+    return m.release();
+}
 } // namespace
 
 CInfoPlan::CInfoPlan() : Version(VERSION_ARCHIVE)
@@ -34,7 +44,17 @@ CInfoPlan::CInfoPlan() : Version(VERSION_ARCHIVE)
 
 CInfoPlan::CInfoPlan(const CInfoPlan& source) : CObject(), Version(VERSION_ARCHIVE)
 {
-    CopyCInfoPlan(source);
+    // A copy that fails half-way frees its revisions (a constructor's destructor does
+    // not run).
+    try
+    {
+        CopyCInfoPlan(source);
+    }
+    catch (...)
+    {
+        VideModifications();
+        throw;
+    }
 }
 
 CInfoPlan::~CInfoPlan()
@@ -90,7 +110,8 @@ void CInfoPlan::CopyCInfoPlan(const CInfoPlan& source)
     Texte4 = source.Texte4;
     Date3 = source.Date3;
     for (POSITION pos = source.Modifications.GetHeadPosition(); pos;)
-        Modifications.AddTail(new CInfoModifications(*source.Modifications.GetNext(pos)));
+        Ajoute(Modifications, std::unique_ptr<CInfoModifications>(
+                                  new CInfoModifications(*source.Modifications.GetNext(pos))));
     for (POSITION pos = source.Textes.GetHeadPosition(); pos;)
         Textes.AddTail(source.Textes.GetNext(pos));
     Texte5 = source.Texte5;
@@ -159,8 +180,7 @@ void CInfoPlan::Serialize(CArchive& ar, CString strDossier, int nPlan)
     ar.CheckAvailable(n, TAILLE_MIN_MODIFICATION);
     for (DWORD i = 0; i < n; ++i)
     {
-        CInfoModifications* m = new CInfoModifications;
-        Modifications.AddTail(m);
+        CInfoModifications* m = Ajoute(Modifications, std::unique_ptr<CInfoModifications>(new CInfoModifications));
         ar >> m->Indice;
         m->Date = LitDate(ar);
         ar >> m->Texte;

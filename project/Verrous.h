@@ -35,9 +35,28 @@ bool bEcritLockFichier(CConfigBRAXEL& config, CString strFichier, CString& strDe
 // Removes the lock; a failure is ignored.
 void DetruitLockFichier(CString strFichier, bool bActif);
 
+// The operations of GererLock. Their values are the integers the suite's programs have
+// always passed, so a caller may keep passing the number. Operations that share their
+// steps keep their own values: the programs tell them apart, the locks do not.
+enum OPERATION_LOCK
+{
+    LOCK_AFFAIRE_ENTIERE = 2,       // project lock, no drawing held by another; released
+    LOCK_AFFAIRE_ENTIERE_GARDEE = 3, // as 2, but releasing keeps the project lock
+    LOCK_AFFAIRE_ENTIERE_BIS = 4,   // as 2
+    LOCK_AFFAIRE = 5,               // project lock alone
+    LOCK_AFFAIRE_ET_PLAN = 6,       // project lock and drawing lock, both released
+    LOCK_PLAN = 7,                  // drawing lock; the project lock is only checked
+    LOCK_AFFAIRE_ET_PLAN_BIS = 8,   // as 6
+    LOCK_AFFAIRE_ET_PLAN_GARDE = 9, // as 6, but releasing keeps the drawing lock
+    LOCK_AFFAIRE_ET_PLAN_TER = 10,  // as 6
+    LOCK_AFFAIRE_ENTIERE_TER = 11,  // as 2
+    LOCK_NOMME = 12                 // project lock, composed as a named file
+};
+
 // The project and drawing locks ("LOCK_AFF", "LOCK_PLA.NN", "name.LCK" in the project
 // folder strDossier). nLiberer 0 takes, non-zero releases, for the operation nOperation
-// (2 to 12); nMessage non-zero shows the information boxes that name another holder.
+// (an OPERATION_LOCK; any other value does nothing); nMessage non-zero shows the
+// information boxes that name another holder.
 //   operation     taking                                       releasing
 //   2, 4, 11      project lock, no drawing held by another     project lock
 //   3             as 2                                         nothing
@@ -45,8 +64,9 @@ void DetruitLockFichier(CString strFichier, bool bActif);
 //   6, 8, 10      project lock and drawing lock                both
 //   9             as 6                                         project lock only
 //   7             drawing lock, project lock only checked      drawing lock
-//   12            project lock, named mode (strNom)            project lock Returns 1 when the operation may go on, 0 when it is refused or
-// failed. With the environment record's multi-user switch off it returns 1 at once.
+//   12            project lock, named mode (strNom)            project lock
+// Returns 1 when the operation may go on, 0 when it is refused or failed. With the
+// environment record's multi-user switch off it returns 1 at once.
 // Reading or deleting a lock file that fails is reported with MessErreur.
 // A drawing lock found by the project-wide scan that cannot be read refuses the
 // operation, as another's lock does.

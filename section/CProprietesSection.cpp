@@ -4,6 +4,8 @@
 
 #include "section/SectionInterne.h"
 
+#include "geometry/AireSignee.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -12,6 +14,11 @@ using namespace prefa_section;
 namespace
 {
 const double kPi = 3.141592653589793;
+// Principal moments whose difference is below this part of their mean are equal: every
+// axis through the centroid is then principal.
+const double kMomentsEgaux = 1e-9;
+// Openings that leave less than this part of the contours' area leave no section.
+const double kAireMinRelative = 1e-12;
 
 // Integrals over the section of 1, u, v, u^2, v^2 and u v, with (u, v) the loops'
 // coordinates turned by the angle whose cosine and sine are c and s.
@@ -62,18 +69,19 @@ double AjouteBoucle(Boucles& b, const CPolygone& p, double xr, double yr, bool b
         b.x.push_back(q.x - xr);
         b.y.push_back(q.y - yr);
     }
+    prefa_geometrie::AireSignee aire;
+    for (std::size_t i = debut; i < b.x.size(); ++i)
+        aire.Ajoute(b.x[i], b.y[i]);
+    const double a = aire.Valeur();
     b.x.push_back(b.x[debut]);
     b.y.push_back(b.y[debut]);
-    SommeCompensee aire;
-    for (std::size_t i = debut; i + 1 < b.x.size(); ++i)
-        aire.Ajoute(b.x[i] * b.y[i + 1] - b.x[i + 1] * b.y[i]);
-    if ((aire.Valeur() < 0.0) == bMatiere)
+    if ((a < 0.0) == bMatiere)
     {
         std::reverse(b.x.begin() + (std::ptrdiff_t)debut, b.x.end());
         std::reverse(b.y.begin() + (std::ptrdiff_t)debut, b.y.end());
     }
     b.debut.push_back(b.x.size());
-    return std::fabs(aire.Valeur()) / 2.0;
+    return std::fabs(a);
 }
 
 double Perimetre(const Boucles& b, std::size_t premiere, std::size_t derniere)
@@ -154,7 +162,7 @@ int CProprietesSection::Calcule(const CListePolygone& contours, const CListePoly
 
     // First pass about the box's centre, for the centroid only.
     const Moments m0 = Integre(b, 1.0, 0.0);
-    if (!(m0.A > 1e-12 * airesBrutes))
+    if (!(m0.A > kAireMinRelative * airesBrutes))
         return 0;
     const double dx = m0.Su / m0.A, dy = m0.Sv / m0.A;
     for (double& x : b.x)
@@ -179,7 +187,7 @@ int CProprietesSection::Calcule(const CListePolygone& contours, const CListePoly
 
     // Principal axes: the third pass integrates in their frame.
     const double moyenne = (Ix + Iy) / 2.0, rayon = std::hypot((Ix - Iy) / 2.0, m_Ixy);
-    if (rayon <= 1e-9 * moyenne)
+    if (rayon <= kMomentsEgaux * moyenne)
     {
         m_Angle = 0.0;
         m_Axe1 = m_AxeX;

@@ -2,6 +2,7 @@
 // section file.
 #include "section/CSectionGenerale.h"
 
+#include "geometry/AireSignee.h"
 #include "project/FichierArchive.h"
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
@@ -11,6 +12,15 @@
 #include <vector>
 
 IMPLEMENT_SERIAL(CSectionGenerale, CObject, 1)
+
+namespace
+{
+// Relative difference of the two centroidal moments below which they count as equal
+// and the principal angle is 0: for the first list, and coarser, on purpose, for the
+// section combined with the second list.
+const double kMomentsEgaux = 1e-12;
+const double kMomentsEgauxCombines = 1e-7;
+} // namespace
 
 CSectionGenerale::CSectionGenerale()
 {
@@ -90,8 +100,10 @@ void CSectionGenerale::IntegreContours(CListePolygone& l)
         {
             const double x0 = X[k - 1], y0 = Y[k - 1], x1 = X[k], y1 = Y[k];
             Perimetre += std::sqrt((y1 - y0) * (y1 - y0) + (x1 - x0) * (x1 - x0));
-            aireX = (x1 - x0) * (y0 + y1) / 2.0;
-            aireY = (y1 - y0) * (x1 + x0) / 2.0;
+            // The strips under the side towards each axis; the stored sums add them
+            // in this order, so they stay running sums.
+            aireX = -prefa_geometrie::TermeAire(x0, y0, x1, y1);
+            aireY = -prefa_geometrie::TermeAire(y0, x0, y1, x1);
             Aire += aireX;
             AireY += aireY;
 
@@ -127,14 +139,16 @@ void CSectionGenerale::IntegreContours(CListePolygone& l)
 
 void CSectionGenerale::CalculeCentre(double seuil)
 {
-    const double yG = SX / AireY;
+    // A section without area (no contour, or contours that enclose nothing) has its
+    // moments about the origin, 0 for no contour; its angle is 0.
+    const double yG = AireY != 0.0 ? SX / AireY : 0.0;
     IxG = std::fabs(IxO) - std::fabs(AireY) * yG * yG;
-    const double xG = SY / Aire;
+    const double xG = Aire != 0.0 ? SY / Aire : 0.0;
     IyG = std::fabs(IyO) - std::fabs(Aire) * xG * xG;
     IxyG = std::fabs(IxyO) - xG * std::fabs(AireY) * yG;
 
     const double plusGrand = std::max(std::fabs(IxG), std::fabs(IyG));
-    if (std::fabs(IyG - IxG) / plusGrand >= seuil)
+    if (plusGrand > 0.0 && std::fabs(IyG - IxG) / plusGrand >= seuil)
         Angle = std::atan(-2.0 * IxyG / (IyG - IxG)) / 2.0;
     else
         Angle = 0.0;
@@ -149,14 +163,13 @@ void CSectionGenerale::CaracteristiquesSectionsPolygone(CListePolygone& l1, CLis
     InitVariables();
     IntegreContours(l1);
     Perimetre1 = Perimetre;
-    CalculeCentre(1e-12);
+    CalculeCentre(kMomentsEgaux);
     if (!l2.IsEmpty())
     {
         Perimetre = 0.0;
         IntegreContours(l2);
         Perimetre2 = Perimetre;
-        // The combined section uses a coarser test for equal moments, on purpose.
-        CalculeCentre(1e-7);
+        CalculeCentre(kMomentsEgauxCombines);
     }
 }
 

@@ -30,6 +30,8 @@ public:
     void InitVariables();
     void CopySectionGenerale(const CSectionGenerale& s);
 
+    // Every field from the contours. Without area (no contour, or contours that enclose
+    // nothing) the centroid is taken at the origin and the angle is 0: no field is NaN.
     void CaracteristiquesSectionsPolygone(CListePolygone& l1, CListePolygone& l2);
 
     void Serialize(CArchive& ar) override;

@@ -71,6 +71,28 @@ TEST(FireInput, BadInputNamesTheFieldAndWhatIsWrong)
     EXPECT_EQ("", Message(R"({"outline": [[0,0],[1,0],[1,1],[0,1]], "duration": 1, "bars": [{"x": 1, "y": 0.5}]})"));
 }
 
+// Bars on an edge or a vertex belong to the contour: to the section for its outline,
+// to the hole for a cavity. An L-shaped outline, so that its notch is outside though
+// inside the box, with a square cavity in its foot.
+TEST(FireInput, BarsOnTheOutlineAreInAndBarsOnACavityEdgeAreRefused)
+{
+    const std::string debut = R"({"outline": [[0,0],[0.4,0],[0.4,0.1],[0.1,0.4],[0,0.4]],
+        "cavities": [[[0.2,0.02],[0.3,0.02],[0.3,0.06],[0.2,0.06]]], "duration": 1, "bars": [{"name": "X", )";
+    auto message = [&](const char* xy) { return Message(debut + xy + "}]}"); };
+    // On the outline: a vertex, a horizontal side, the sloping side and 1e-9 m past it
+    // (the library's tolerance).
+    for (const char* xy : {R"("x": 0, "y": 0)", R"("x": 0.25, "y": 0)", R"("x": 0.25, "y": 0.25)",
+                           R"("x": 0.2500000007, "y": 0.2500000007)", R"("x": 0.05, "y": 0.35)"})
+        EXPECT_EQ("", message(xy)) << xy;
+    // Beyond the outline: in the notch, 1e-6 m below the bottom side, just past the slope.
+    for (const char* xy : {R"("x": 0.3, "y": 0.3)", R"("x": 0.25, "y": -1e-6)", R"("x": 0.2501, "y": 0.2501)"})
+        EXPECT_NE(std::string::npos, message(xy).find("lies outside the section")) << xy;
+    // On the cavity's edge, at its corner, inside it: in the hole; 1e-6 m beside it: in concrete.
+    for (const char* xy : {R"("x": 0.25, "y": 0.02)", R"("x": 0.3, "y": 0.06)", R"("x": 0.25, "y": 0.04)"})
+        EXPECT_NE(std::string::npos, message(xy).find("bars[0]: bar \"X\" lies in cavity 0")) << xy;
+    EXPECT_EQ("", message(R"("x": 0.300001, "y": 0.04)"));
+}
+
 TEST(FireInput, TheHelpExampleIsTheBuiltInExample)
 {
     FireInput file = ReadFireInput(std::string(PREFA_EXAMPLES) + "/beam.json");

@@ -58,6 +58,39 @@ TEST(CList, PositionsInsertionAndRemoval)
     EXPECT_TRUE(Throws<CInvalidArgException>([&] { l.GetHead(); }));
 }
 
+// A position names one element whatever happens around it; Find resumes after it;
+// the ends move with insertions at them.
+TEST(CList, PositionsSurviveTheirNeighboursAndFindResumesAfterOne)
+{
+    CList<int, int> l;
+    POSITION p5 = l.AddTail(5);
+    POSITION p7 = l.InsertAfter(p5, 7);
+    POSITION p5bis = l.InsertBefore(p5, 5);
+    EXPECT_EQ(p5bis, l.GetHeadPosition());
+    EXPECT_EQ(p7, l.GetTailPosition());
+    EXPECT_EQ(p5bis, l.Find(5));
+    EXPECT_EQ(p5, l.Find(5, p5bis));
+    EXPECT_EQ(nullptr, l.Find(5, p5));
+    l.RemoveAt(p5bis);
+    l.InsertAfter(p7, 9);
+    POSITION p = p5;
+    EXPECT_EQ(5, l.GetPrev(p));
+    EXPECT_EQ(nullptr, p);
+    p = p7;
+    EXPECT_EQ(7, l.GetNext(p));
+    EXPECT_EQ(9, l.GetAt(p));
+    l.SetAt(p5, 4);
+    l.AddTail(&l); // the list as it was, once
+    std::vector<int> seen;
+    for (POSITION q = l.GetHeadPosition(); q;)
+        seen.push_back(l.GetNext(q));
+    EXPECT_EQ((std::vector<int>{4, 7, 9, 4, 7, 9}), seen);
+    CList<int, int> copie(l);
+    copie.RemoveHead();
+    EXPECT_EQ(6, l.GetCount());
+    EXPECT_EQ(4, l.GetHead());
+}
+
 TEST(CTypedPtrList, HandsOutTypedPointersWithoutOwningThem)
 {
     double a = 1, b = 2;

@@ -118,23 +118,40 @@ TEST(CPolygoneDecale, CollinearPointsAndStepsBetweenParallelSides)
     EXPECT_EQ(c.Decale(-0.1, 0), 0);
     EXPECT_NEAR(Aire(c), 1.44, 1e-9);
 
+    // Per-side distances, handed over as Decale takes them: pointers to doubles.
+    auto decale = [](CPolygone& p, std::vector<double> d) {
+        CPtrList liste;
+        for (double& v : d)
+            liste.AddTail(&v);
+        return p.Decale(&liste, 0);
+    };
     // The bottom in two collinear pieces moved by 0.1 and 0.3: a step joins them.
     CPolygone s = Poly({{0, 0}, {2, 0}, {4, 0}, {4, 2}, {0, 2}});
-    std::vector<double> d = {0.1, 0.3, 0.0, 0.0, 0.0};
-    CPtrList liste;
-    for (double& v : d)
-        liste.AddTail(&v);
-    EXPECT_EQ(s.Decale(&liste, 0), 0);
+    EXPECT_EQ(decale(s, {0.1, 0.3, 0.0, 0.0, 0.0}), 0);
     ExpectSameContour(s, Poly({{0, 0.1}, {2, 0.1}, {2, 0.3}, {4, 0.3}, {4, 2}, {0, 2}}));
 
     // Per-side distances on a rectangle: only the bottom rises.
     CPolygone r = Poly({{0, 0}, {4, 0}, {4, 2}, {0, 2}});
-    std::vector<double> d2 = {0.5, 0.0, 0.0, 0.0};
-    CPtrList l2;
-    for (double& v : d2)
-        l2.AddTail(&v);
-    EXPECT_EQ(r.Decale(&l2, 0), 0);
+    EXPECT_EQ(decale(r, {0.5, 0.0, 0.0, 0.0}), 0);
     ExpectSameContour(r, Poly({{0, 0.5}, {4, 0.5}, {4, 2}, {0, 2}}));
+
+    // The same rectangle clockwise, each side moved to its left (outwards here) by its
+    // own distance: left side 0.1, top 0.2, right 0.3, bottom 0.4.
+    CPolygone cw = Poly({{0, 0}, {0, 2}, {4, 2}, {4, 0}});
+    EXPECT_EQ(decale(cw, {0.1, 0.2, 0.3, 0.4}), 0);
+    ExpectSameContour(cw, Poly({{-0.1, -0.4}, {4.3, -0.4}, {4.3, 2.2}, {-0.1, 2.2}}));
+}
+
+TEST(CPolygoneDecale, NearlyStraightVerticesAreMitredFromAThousandthOfADegree)
+{
+    // The bottom of a 100 x 50 block bends by 0.009 degrees at its middle: above the
+    // 0.001 degree of parallel sides the vertex is the exact mitre, whose distance
+    // from the midpoint of the two offset ends (d theta^2 / 4 = 6e-9) would show.
+    const double e = 50 * std::tan(0.0045 * 3.141592653589793 / 180);
+    const CPolygone bloc = Poly({{0, 0}, {50, e}, {100, 0}, {100, 50}, {0, 50}});
+    CPolygone p = bloc;
+    ASSERT_EQ(p.Decale(1.0, 0), 0);
+    ExpectSameContour(p, OffsetExact(bloc, 1.0), 1e-10);
 }
 
 TEST(CPolygoneDecale, SplitsKeepTheLargestPieceAndCollapsesEmpty)
@@ -192,6 +209,8 @@ TEST(CPolygoneDecale, PointsIdentiquesHonoursTheMarker)
     // 1e-10 apart is not identical with tol 0 (strict); a distance tolerance is
     // inclusive; the closing pair is checked too.
     EXPECT_EQ(Poly({{0, 0}, {1e-10, 0}, {1, 0}}).PointsIdentiques(0, 0.0), 0);
+    EXPECT_EQ(Poly({{0, 0}, {0, 1e-10}, {1, 0}}).PointsIdentiques(0, 0.0), 0);
+    EXPECT_EQ(Poly({{0, 0}, {0, 0.5e-10}, {1, 0}}).PointsIdentiques(0, 0.0), 1);
     EXPECT_EQ(Poly({{0, 0}, {0.5, 0}, {1, 0}}).PointsIdentiques(0, 0.5), 1);
     CPolygone ferme = Poly({{0, 0}, {1, 0}, {1, 1}, {0, 0}});
     EXPECT_EQ(ferme.PointsIdentiques(1, 0.0), 1);
@@ -212,6 +231,17 @@ TEST(CPolygoneDecale, SingularAndAlignedPoints)
     EXPECT_EQ(b.GetCount(), 5);
     b.EliminePointSingulier(1, 0.2); // |cross| = 0.002 <= sin(0.2 deg) = 0.00349
     EXPECT_EQ(b.GetCount(), 4);
+    // Both bounds: a cross product of exactly 1e-10 stays without tolerance (strict),
+    // one of exactly sin(90 deg) = 1 goes with 90 degrees (inclusive).
+    CPolygone c = Poly({{0, 0}, {1, 0}, {2, 1e-10}, {2, 2}, {0, 2}});
+    c.EliminePointSingulier(1, 0.0);
+    EXPECT_EQ(c.GetCount(), 5);
+    c = Poly({{0, 0}, {1, 0}, {2, 0.5e-10}, {2, 2}, {0, 2}});
+    c.EliminePointSingulier(1, 0.0);
+    EXPECT_EQ(c.GetCount(), 4);
+    c = Poly({{0, 0}, {1, 0}, {2, 1}, {2, 3}, {0, 3}});
+    c.EliminePointSingulier(1, 90.0);
+    EXPECT_EQ(Points(c), Points(Poly({{0, 0}, {2, 1}, {2, 3}, {0, 3}})));
 
     // A spike: its tip moves onto the longer side's line, at the foot of the
     // shorter side's end.

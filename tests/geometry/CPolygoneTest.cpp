@@ -197,9 +197,13 @@ TEST(CPolygone, ContainmentAgreesWithACarefulCrossingCount)
     EXPECT_EQ(sq.AppartientAPolygone(CPointD(0.5, 1)), 3);
     EXPECT_EQ(sq.AppartientAPolygone(CPointD(0.5, 0.5)), 0);
     EXPECT_EQ(sq.AppartientAPolygone(CPointD(5, 5)), -1);
-    // Against the contour offset inwards by 0.1: 0.05 from the side is now outside.
-    EXPECT_EQ(sq.AppartientAPolygone(CPointD(0.5, 0.05), 0.1), -1);
-    EXPECT_EQ(sq.AppartientAPolygone(CPointD(0.5, 0.5), 0.1), 0);
+    // Against the contour offset inwards by d = 0.125 ([0.125, 0.875] square), the box
+    // test already refuses what lies within 2d of a side: 0.25 from each side is in,
+    // 0.2 out.
+    for (const CPointD& dedans : {CPointD(0.75, 0.5), CPointD(0.25, 0.5), CPointD(0.5, 0.75), CPointD(0.5, 0.25)})
+        EXPECT_EQ(sq.AppartientAPolygone(dedans, 0.125), 0) << dedans.x << " " << dedans.y;
+    for (const CPointD& dehors : {CPointD(0.8, 0.5), CPointD(0.2, 0.5), CPointD(0.5, 0.8), CPointD(0.5, 0.2)})
+        EXPECT_EQ(sq.AppartientAPolygone(dehors, 0.125), -1) << dehors.x << " " << dehors.y;
     // A repeated point does not disturb the side numbering of the cleaned copy.
     CPolygone rep = Poly({{0, 0}, {1, 0}, {1, 0}, {1, 1}, {0, 1}});
     EXPECT_EQ(rep.AppartientAPolygone(CPointD(0.5, 1)), 3);
@@ -221,6 +225,10 @@ TEST(CPolygone, EqualityAndConfondu)
     EXPECT_FALSE(a.Confondu(loin, 1e-9, 0));
     EXPECT_TRUE(a.Confondu(loin, 1e-9, 1));
     EXPECT_FALSE(a.Confondu(Poly({{0, 0}, {1, 0}, {1, 1}}), 1.0));
+    // Every pair within tol, inclusive: 0.5 apart matches at 0.5, not below.
+    CPolygone decale = Poly({{1.5, 1}, {0.5, 1}, {0.5, 0}, {1.5, 0}});
+    EXPECT_TRUE(a.Confondu(decale, 0.5));
+    EXPECT_FALSE(a.Confondu(decale, 0.4999));
 }
 
 TEST(CPolygone, CentreOfGravityKeepsTheMeanHeightFormula)
@@ -234,6 +242,11 @@ TEST(CPolygone, CentreOfGravityKeepsTheMeanHeightFormula)
     g = tri.DonneCdg();
     EXPECT_NEAR(g.x, 2.0 / 3.0, 1e-12);
     EXPECT_NEAR(g.y, 0.5, 1e-12); // the exact centroid would be 2/3
+
+    // A 1 cm square: its sides' strips, down to 1e-4, count (those up to 1e-5 do not).
+    g = Poly({{0, 0}, {0.01, 0}, {0.01, 0.01}, {0, 0.01}}).DonneCdg();
+    EXPECT_NEAR(g.x, 0.005, 1e-15);
+    EXPECT_NEAR(g.y, 0.005, 1e-15);
 
     // A thin L: its centroid lies outside, the returned point inside.
     CPolygone L = Poly({{0, 0}, {4, 0}, {4, 0.5}, {0.5, 0.5}, {0.5, 4}, {0, 4}});
@@ -259,7 +272,7 @@ TEST(CPolygone, TransformsAndReversal)
     CPointD* second = q.GetAt(1);
     q.InverseSens();
     EXPECT_EQ(Points(q), (std::vector<std::pair<double, double>>{{3, 0}, {2, 0}, {1, 0}, {0, 0}}));
-    EXPECT_EQ(q.GetAt(2), second); // nodes moved, points not copied
+    EXPECT_EQ(q.GetAt(2), second); // the points are not copied
 }
 
 TEST(CPolygone, DeepCopyAndOwnership)
@@ -308,11 +321,11 @@ TEST(CPolygone, ArchiveFormIsCountThenCoordinates)
     std::vector<BYTE> court(bytes.begin(), bytes.end() - 3);
     EXPECT_EQ(ArchiveCause([&] { CPolygone r; Load(court, [&](CArchive& ar) { r.Serialize(ar); }); }),
               (int)CArchiveException::endOfFile);
-    EXPECT_EQ(ArchiveCause([&] {
-                  CPolygone r;
-                  Load(Bytes().i32(0x7FFFFFFF).f64(1).f64(2).b, [&](CArchive& ar) { r.Serialize(ar); });
-              }),
+    // A count the bytes left cannot hold is refused before any point is read.
+    CPolygone r;
+    EXPECT_EQ(ArchiveCause([&] { Load(Bytes().i32(0x7FFFFFFF).f64(1).f64(2).b, [&](CArchive& ar) { r.Serialize(ar); }); }),
               (int)CArchiveException::endOfFile);
+    EXPECT_TRUE(r.IsEmpty());
     std::unique_ptr<CObject> cree(RUNTIME_CLASS(CPolygone)->CreateObject());
     EXPECT_TRUE(cree->IsKindOf(RUNTIME_CLASS(CPolygone)));
 }

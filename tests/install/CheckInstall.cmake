@@ -9,6 +9,12 @@ function(run)
   set(last_output "${out}" PARENT_SCOPE)
 endfunction()
 run(${CMAKE_COMMAND} --install ${PREFA_BUILD_DIR} --prefix ${WORK_DIR}/prefix)
+# The sources' shared internals are not part of the package.
+foreach(interne geometry/GeometrieInterne.h section/SectionInterne.h)
+  if(EXISTS ${WORK_DIR}/prefix/include/prefa/${interne})
+    message(FATAL_ERROR "internal header installed: ${interne}")
+  endif()
+endforeach()
 run(${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${WORK_DIR}/build
     -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)

@@ -132,6 +132,16 @@ TEST(CAffaire, ListCountsOtherThanThreeAndTheSecondTimeWord)
     EXPECT_EQ(a.Liste2[1], L"avant1");
     EXPECT_EQ(a.Liste2[2], L"avant2");
 
+    // A count the file cannot hold is refused before any of its texts is read.
+    Bytes b;
+    b.u32(4).text(L"A-1").text(L"").text(L"").text(L"").text(L"").text(L"").text(L"").u32(0).u32(0).text(L"").text(L"");
+    b.u32(1000).text(L"a").text(L"b").text(L"c");
+    CAffaire refus;
+    refus.Liste1[0] = L"avant";
+    EXPECT_EQ(ArchiveCause([&] { Load(b.b, [&](CArchive& ar) { refus.Serialize(ar); }); }),
+              (int)CArchiveException::endOfFile);
+    EXPECT_EQ(refus.Liste1[0], L"avant");
+
     // Dates after 2038 survive the unsigned word.
     CAffaire tard;
     tard.Date = 0xF0000000LL;
@@ -185,6 +195,29 @@ TEST(CAffaire, ExchangeRecordOffsetsAndBoundedCopies)
     EXPECT_EQ(e[54], 0);
     EXPECT_EQ(dateA.size(), 8u);
 
+    // Every text longer than its field: cut to the width, the byte after it still 0.
+    CAffaire longs;
+    CString* textes[] = {&longs.Texte1, &longs.Texte2, &longs.Texte3, &longs.Texte4, &longs.Texte5, &longs.Texte6,
+                         &longs.Texte7, &longs.Texte8, &longs.Texte9, &longs.Liste1[0], &longs.Liste1[1],
+                         &longs.Liste1[2], &longs.Texte10, &longs.Liste2[0], &longs.Liste2[1], &longs.Liste2[2],
+                         &longs.Texte11};
+    for (int k = 0; k < 17; ++k)
+        *textes[k] = CString(std::wstring(60, (wchar_t)(L'a' + k)).c_str());
+    longs.RemplitEchange(e);
+    Bytes pleins;
+    const std::size_t largeurs[] = {10, 43, 27, 12, 27, 27, 16};
+    for (int k = 0; k < 7; ++k)
+        pleins.ansi(std::string(largeurs[k], (char)('a' + k)), largeurs[k] + 1);
+    pleins.ansi(dateA, 9).ansi(dateA, 9).ansi(std::string(16, 'h'), 17).ansi(std::string(16, 'i'), 17);
+    pleins.ansi(std::string(20, 'j'), 21).ansi(std::string(20, 'k'), 21).ansi(std::string(20, 'l'), 21);
+    pleins.u32(151019).u16(0x0304).u16(0x0506).u32(0).u16(0).ansi(std::string(22, 'm'), 22).zeros(14);
+    pleins.ansi(std::string(16, 'n'), 17).ansi(std::string(16, 'o'), 17).ansi(std::string(16, 'p'), 17).zeros(1);
+    pleins.u16(0x0102).ansi(std::string(22, 'q'), 22).zeros(26);
+    longs.Valeur1 = 0x0102, longs.Valeur2 = 0x0506, longs.Valeur3 = 0x0304, longs.Date = a.Date;
+    longs.RemplitEchange(e);
+    EXPECT_EQ(std::vector<BYTE>(e, e + sizeof e), pleins.b) << Hex(std::vector<BYTE>(e, e + sizeof e));
+    a.RemplitEchange(e);
+
     // Read back: the texts come back through the code page, Texte2 as cut.
     CAffaire b;
     b.LitEchange(e);
@@ -224,6 +257,7 @@ TEST(CAffaire, ExchangeDatesAndTheCenturyRule)
 
     EXPECT_TRUE(Throws<CInvalidArgException>([] { CAffaire::DateDepuisTexteEchange(L"01/13/90"); }));
     EXPECT_TRUE(Throws<CInvalidArgException>([] { CAffaire::DateDepuisTexteEchange(L"00/01/90"); }));
+    EXPECT_TRUE(Throws<CInvalidArgException>([] { CAffaire::DateDepuisTexteEchange(L"01/00/90"); }));
     EXPECT_TRUE(Throws<CInvalidArgException>([] { CAffaire::DateDepuisTexteEchange(L"32/01/90"); }));
     EXPECT_TRUE(Throws<CInvalidArgException>([] { CAffaire::DateDepuisTexteEchange(L""); }));
 }

@@ -239,6 +239,19 @@ TEST_F(CInfoPlanFichiers, GestionFichierModes)
     CInfoPlan s;
     EXPECT_EQ(ArchiveCause([&] { s.GestionFichier(0, L"AFF1", 6); }), CArchiveException::endOfFile);
     EXPECT_EQ(s.Modifications.GetCount(), 2);
+
+    // A revision count the file cannot hold is refused before any revision is read.
+    // The count follows the version, the date word, the title (3 bytes of marker, its
+    // length, 16 wide characters) and the two values: 2 revisions become 1000.
+    std::vector<BYTE> compte = Fichier(8).b;
+    const std::size_t n = 4 + 4 + (3 + 1 + 2 * 16) + 2 + 2;
+    ASSERT_EQ(2, compte[n]);
+    compte[n] = 0xE8;
+    compte[n + 1] = 0x03;
+    WriteAll(Compose_Fichier_Etudes(L"AFF1", L"VORENPLA.", 6), compte);
+    CInfoPlan t;
+    EXPECT_EQ(ArchiveCause([&] { t.GestionFichier(0, L"AFF1", 6); }), CArchiveException::endOfFile);
+    EXPECT_EQ(t.Modifications.GetCount(), 0);
 }
 
 TEST_F(CInfoPlanFichiers, DuplicationAndDeletionOnARealFolder)

@@ -313,6 +313,14 @@ TEST_F(Verrous, DrawingLocksOfOthersAndStaleOwnOnes)
     EXPECT_GE(boites.boxes[n].text.Find(L"IDENTERR_589"), 0);
     EXPECT_EQ(boites.boxes[n + 1].text, L"Plan 6 de AFF1 pris par alice sur PC-A");
     EXPECT_FALSE(Exists(LockAff()));
+    // An unreadable drawing lock refuses on its own; alice's stale drawing 6 still goes.
+    Identite(PC_A, ALICE);
+    n = boites.boxes.size();
+    EXPECT_EQ(GererLock(0, L"AFF1", 0, 2, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), n + 1);
+    EXPECT_GE(boites.boxes[n].text.Find(L"IDENTERR_589"), 0);
+    EXPECT_FALSE(Exists(LockAff()));
+    EXPECT_FALSE(Exists(LockPla(6)));
 }
 
 TEST_F(Verrous, SwitchOffAndTrivialCalls)
@@ -322,6 +330,12 @@ TEST_F(Verrous, SwitchOffAndTrivialCalls)
     EXPECT_EQ(GererLock(0, L"AFF1", 4, 1, 1, L""), 1);
     EXPECT_EQ(GererLock(0, L"AFF1", 4, 13, 1, L""), 1);
     EXPECT_EQ(GererLock(0, L"", 0, 6, 1, L""), 1);
+    EXPECT_FALSE(Exists(LockAff()));
+    // Drawing 0 is no drawing: operation 6 takes the project lock alone.
+    EXPECT_EQ(GererLock(0, L"AFF1", 0, 6, 1, L""), 1);
+    EXPECT_TRUE(Exists(LockAff()));
+    EXPECT_FALSE(Exists(LockPla(0)));
+    EXPECT_EQ(GererLock(1, L"AFF1", 0, 6, 1, L""), 1);
     EXPECT_FALSE(Exists(LockAff()));
     // Operation 3 released changes nothing, even someone else's lock.
     WriteAll(LockAff(), RecordLock("bob", "PC-B"));

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <random>
 #include <vector>
 
 namespace
@@ -159,31 +157,23 @@ const Reference kCornierMain = {56e-4, 17.0 / 7 * 1e-2, 52.0 / 7 * 1e-2, 332864.
                                 -25200.0 / 49 * 1e-8};
 const Trace kCornier = {{0, 0}, {0.10, 0}, {0.10, 0.02}, {0.02, 0.02}, {0.02, 0.20}, {0, 0.20}};
 
-// I: flanges 0.30 x 0.04, web 0.02 x 0.32. T: flange 1.2 x 0.1 on a web 0.15 x 0.5.
-const Trace kI = {{0, 0},    {0.30, 0}, {0.30, 0.04}, {0.16, 0.04}, {0.16, 0.36}, {0.30, 0.36},
-                  {0.30, 0.40}, {0, 0.40}, {0, 0.36},    {0.14, 0.36}, {0.14, 0.04}, {0, 0.04}};
+// T: flange 1.2 x 0.1 on a web 0.15 x 0.5.
 const Trace kT = {{0.525, 0}, {0.675, 0}, {0.675, 0.5}, {1.2, 0.5}, {1.2, 0.6}, {0, 0.6}, {0, 0.5}, {0.525, 0.5}};
 
 std::vector<Cas> CasFermes()
 {
-    // A triangle with legs 0.4 along x and 0.3 along y: Ix = b h^3 / 36, Ixy = -b^2 h^2 / 72;
-    // mirrored about the y axis, the product changes sign.
+    // A triangle with legs 0.4 along x and 0.3 along y, given clockwise: Ix = b h^3 / 36,
+    // Ixy = -b^2 h^2 / 72; mirrored about the y axis, the product changes sign.
     const double b = 0.4, h = 0.3;
     const Reference triangle = {b * h / 2, b / 3, h / 3, b * h * h * h / 36, h * b * b * b / 36, -b * b * h * h / 72};
     Reference miroir = triangle;
     miroir.xg = -b / 3, miroir.Ixy = -triangle.Ixy;
 
     std::vector<Cas> cas = {
-        {"rectangle", {{Rectangle(0, 0, 0.3, 0.6)}, {}}, ParRectangles({{0, 0, 0.3, 0.6, 1}})},
-        {"triangle", {{{{0, 0}, {b, 0}, {0, h}}}, {}}, triangle},
         {"triangle given clockwise", {{{{0, 0}, {0, h}, {b, 0}}}, {}}, triangle},
         {"mirrored triangle", {{{{0, 0}, {0, h}, {-b, 0}}}, {}}, miroir},
-        {"I", {{kI}, {}}, ParRectangles({{0, 0, 0.3, 0.04, 1}, {0.14, 0.04, 0.16, 0.36, 1}, {0, 0.36, 0.3, 0.4, 1}})},
         {"T", {{kT}, {}}, ParRectangles({{0.525, 0, 0.675, 0.5, 1}, {0, 0.5, 1.2, 0.6, 1}})},
         {"unequal angle", {{kCornier}, {}}, kCornierMain},
-        {"hollow box, hole off centre",
-         {{Rectangle(0, 0, 0.8, 0.5)}, {Rectangle(0.1, 0.15, 0.6, 0.4)}},
-         ParRectangles({{0, 0, 0.8, 0.5, 1}, {0.1, 0.15, 0.6, 0.4, -1}})},
         {"two openings, one given counter-clockwise",
          {{Inverse(Rectangle(0, 0, 1.2, 0.5))}, {Rectangle(0.1, 0.1, 0.3, 0.4), Inverse(Rectangle(0.5, 0.2, 1.0, 0.3))}},
          ParRectangles({{0, 0, 1.2, 0.5, 1}, {0.1, 0.1, 0.3, 0.4, -1}, {0.5, 0.2, 1.0, 0.3, -1}})},
@@ -216,54 +206,38 @@ TEST(CProprietesSection, ClosedFormsAsGivenFarAwayAndTurned)
 TEST(CProprietesSection, ExtremeFibresModuliBoxAndPerimeters)
 {
     // The unequal angle, in cm relative to its centroid (17/7, 52/7): fibres at 88/7 above
-    // and 52/7 below, 53/7 right and 17/7 left.
+    // and 52/7 below, 53/7 right and 17/7 left; W = I / v on each side.
     const CProprietesSection p = Calcule({{kCornier}, {}});
     const Reference& r = kCornierMain;
-    const double d[4] = {88e-2 / 7, 52e-2 / 7, 53e-2 / 7, 17e-2 / 7};
-    EXPECT_NEAR(d[0], p.m_AxeX.vPositif, 1e-15);
-    EXPECT_NEAR(d[1], p.m_AxeX.vNegatif, 1e-15);
-    EXPECT_NEAR(d[2], p.m_AxeY.vPositif, 1e-15);
-    EXPECT_NEAR(d[3], p.m_AxeY.vNegatif, 1e-15);
-    EXPECT_NEAR(r.Ix / d[0], p.m_AxeX.WPositif, 1e-13 * r.Ix / d[0]);
-    EXPECT_NEAR(r.Ix / d[1], p.m_AxeX.WNegatif, 1e-13 * r.Ix / d[1]);
-    EXPECT_NEAR(r.Iy / d[2], p.m_AxeY.WPositif, 1e-13 * r.Iy / d[2]);
-    EXPECT_NEAR(r.Iy / d[3], p.m_AxeY.WNegatif, 1e-13 * r.Iy / d[3]);
-
-    // Principal fibres: the vertices seen from the hand-worked principal frame. Axis 1
-    // (about 14.3 degrees) has its positive side towards axis 2, axis 2 towards axis 1.
-    const double a = std::atan2(-2 * r.Ixy, r.Ix - r.Iy) / 2, c = std::cos(a), s = std::sin(a);
-    double umin = 0, umax = 0, vmin = 0, vmax = 0;
-    for (const Pt& q : kCornier)
+    const double v[4] = {88e-2 / 7, 52e-2 / 7, 53e-2 / 7, 17e-2 / 7};
+    const double fibres[4] = {p.m_AxeX.vPositif, p.m_AxeX.vNegatif, p.m_AxeY.vPositif, p.m_AxeY.vNegatif};
+    const double modules[4] = {p.m_AxeX.WPositif, p.m_AxeX.WNegatif, p.m_AxeY.WPositif, p.m_AxeY.WNegatif};
+    for (int k = 0; k < 4; ++k)
     {
-        const double u = c * (q.x - r.xg) + s * (q.y - r.yg), v = c * (q.y - r.yg) - s * (q.x - r.xg);
-        umin = std::min(umin, u), umax = std::max(umax, u), vmin = std::min(vmin, v), vmax = std::max(vmax, v);
+        const double I = k < 2 ? r.Ix : r.Iy;
+        EXPECT_NEAR(v[k], fibres[k], 1e-15) << k;
+        EXPECT_NEAR(I / v[k], modules[k], 1e-13 * I / v[k]) << k;
     }
-    EXPECT_NEAR(14.34, p.m_Angle, 0.01);
-    const double I1 = (r.Ix + r.Iy) / 2 + std::hypot((r.Ix - r.Iy) / 2, r.Ixy);
-    const double I2 = r.Ix + r.Iy - I1;
-    EXPECT_NEAR(vmax, p.m_Axe1.vPositif, 1e-15);
-    EXPECT_NEAR(-vmin, p.m_Axe1.vNegatif, 1e-15);
-    EXPECT_NEAR(umax, p.m_Axe2.vPositif, 1e-15);
-    EXPECT_NEAR(-umin, p.m_Axe2.vNegatif, 1e-15);
-    EXPECT_NEAR(I1 / vmax, p.m_Axe1.WPositif, 1e-13 * I1 / vmax);
-    EXPECT_NEAR(I1 / -vmin, p.m_Axe1.WNegatif, 1e-13 * I1 / vmax);
-    EXPECT_NEAR(I2 / umax, p.m_Axe2.WPositif, 1e-13 * I2 / umax);
-    EXPECT_NEAR(I2 / -umin, p.m_Axe2.WNegatif, 1e-13 * I2 / umax);
 
-    EXPECT_EQ(0.0, p.m_Xmin);
-    EXPECT_EQ(0.0, p.m_Ymin);
-    EXPECT_EQ(0.10, p.m_Xmax);
-    EXPECT_EQ(0.20, p.m_Ymax);
-    EXPECT_NEAR(0.60, p.m_Perimetre1, 1e-15);
-    EXPECT_EQ(0.0, p.m_Perimetre2);
+    // Principal fibres of the right triangle (0,0), (1,0), (0,1): axis 1 at 45 degrees
+    // (I1 = 1/24) has the two far corners at 1/sqrt(2) on either side; axis 2 (I2 = 1/72)
+    // has them at 1/(3 sqrt(2)) on its positive side, towards axis 1's direction, and
+    // the right angle at 2/(3 sqrt(2)) on the other.
+    const CProprietesSection t = Calcule({{{{0, 0}, {1, 0}, {0, 1}}}, {}});
+    const double s2 = std::sqrt(2.0);
+    EXPECT_NEAR(45.0, t.m_Angle, 1e-12);
+    EXPECT_NEAR(1 / s2, t.m_Axe1.vPositif, 1e-15);
+    EXPECT_NEAR(1 / s2, t.m_Axe1.vNegatif, 1e-15);
+    EXPECT_NEAR(1 / (3 * s2), t.m_Axe2.vPositif, 1e-15);
+    EXPECT_NEAR(2 / (3 * s2), t.m_Axe2.vNegatif, 1e-15);
+    EXPECT_NEAR(1.0 / 72 * 3 * s2 / 2, t.m_Axe2.WNegatif, 1e-15);
 
-    // Openings count in their own perimeter, not in the box; the polygon's perimeter of
-    // the 10,000-gon is 2 n r sin(pi / n).
+    // The box is the contours'; openings count in their own perimeter.
     const CProprietesSection boite = Calcule({{Rectangle(1, 2, 1.8, 2.5)}, {Inverse(Rectangle(1.1, 2.15, 1.6, 2.4))}});
     EXPECT_NEAR(2.6, boite.m_Perimetre1, 1e-15);
     EXPECT_NEAR(1.5, boite.m_Perimetre2, 1e-15);
-    EXPECT_EQ(1.0, boite.m_Xmin);
-    EXPECT_EQ(2.5, boite.m_Ymax);
+    EXPECT_EQ((std::vector<double>{1.0, 2.0, 1.8, 2.5}),
+              (std::vector<double>{boite.m_Xmin, boite.m_Ymin, boite.m_Xmax, boite.m_Ymax}));
     const CProprietesSection cercle = Calcule(CasFermes().back().section);
     EXPECT_NEAR(2 * 10000 * 0.5 * std::sin(kPi / 10000), cercle.m_Perimetre1, 1e-13);
 }
@@ -284,10 +258,12 @@ TEST(CProprietesSection, PrincipalAxesOfThinAndOfNearlySquareSections)
     EXPECT_NEAR(L / 2, p.m_Axe1.vNegatif, 1e-15);
     EXPECT_NEAR(t / 2, p.m_Axe2.vPositif, 1e-15);
 
-    // A 1 x 1.00001 rectangle turned by 30 degrees still has its axes (I1 and I2 differ
-    // by 2e-5); a square's axes are all principal: angle 0, axes 1 and 2 are x and y.
-    const CProprietesSection presque = Calcule(Deplace({{Rectangle(0, 0, 1, 1.00001)}, {}}, 30, 0, 0, 0, 0));
-    EXPECT_NEAR(30.0, presque.m_Angle, 1e-8);
+    // Principal moments that differ by more than 1e-9 of their mean give axes: a
+    // 1 x (1 + 1e-8) rectangle turned by 30 degrees keeps them (I1 and I2 differ by 2e-8);
+    // at 1 + 1e-10 they are equal, and so is a square: angle 0, axes 1 and 2 are x and y.
+    const CProprietesSection presque = Calcule(Deplace({{Rectangle(0, 0, 1, 1 + 1e-8)}, {}}, 30, 0, 0, 0, 0));
+    EXPECT_NEAR(30.0, presque.m_Angle, 1e-6);
+    EXPECT_EQ(0.0, Calcule(Deplace({{Rectangle(0, 0, 1, 1 + 1e-10)}, {}}, 30, 0, 0, 0, 0)).m_Angle);
     const CProprietesSection carre = Calcule(Deplace({{Rectangle(0, 0, 1, 1)}, {}}, 30, 0, 0, 0, 0));
     EXPECT_EQ(0.0, carre.m_Angle);
     EXPECT_NEAR(1.0 / 12, carre.m_Axe1.I, 1e-15);
@@ -309,16 +285,6 @@ TEST(CProprietesSection, PlasticNeutralAxesAndModuli)
         EXPECT_NEAR(a.xp, p.m_PlastiqueY.position, tol * taille);
         EXPECT_NEAR(a.Zy, p.m_PlastiqueY.W, tol * a.Zy);
     };
-    {
-        SCOPED_TRACE("rectangle: b h^2 / 4 about the middle");
-        const double b = 0.3, h = 0.6;
-        verifie({{Rectangle(0.1, 0.2, 0.1 + b, 0.2 + h)}, {}}, {0.2 + h / 2, b * h * h / 4, 0.1 + b / 2, h * b * b / 4});
-    }
-    {
-        SCOPED_TRACE("I: the flanges b tf (h - tf) and the web tw hw^2 / 4");
-        const double b = 0.3, tf = 0.04, tw = 0.02, hw = 0.32, h = hw + 2 * tf;
-        verifie({{kI}, {}}, {h / 2, b * tf * (h - tf) + tw * hw * hw / 4, b / 2, 2 * tf * b * b / 4 + hw * tw * tw / 4});
-    }
     {
         SCOPED_TRACE("T whose plastic axis lies in the flange");
         // Flange 1.2 x 0.1 on top of a 0.15 x 0.5 web: the flange holds more than half the
@@ -356,75 +322,6 @@ TEST(CProprietesSection, PlasticNeutralAxesAndModuli)
     }
 }
 
-TEST(CProprietesSection, RandomSectionsIgnoreStartOrientationAndPlace)
-{
-    // Star-shaped outlines about the origin (radii 0.5 to 1.5, angular steps at most 67
-    // degrees, so their sides stay 0.41 from the centre) with a star-shaped opening
-    // within 0.35.
-    std::mt19937 hasard(20240612);
-    std::uniform_real_distribution<double> u(0.0, 1.0);
-    auto etoile = [&](int n, double rmin, double rmax) {
-        Trace t;
-        for (int k = 0; k < n; ++k)
-        {
-            const double a = 2 * kPi * (k + 0.4 * (u(hasard) - 0.5)) / n;
-            const double r = rmin + (rmax - rmin) * u(hasard);
-            t.push_back({r * std::cos(a), r * std::sin(a)});
-        }
-        return t;
-    };
-    auto tourne = [](Trace t, int k) {
-        std::rotate(t.begin(), t.begin() + k % t.size(), t.end());
-        return t;
-    };
-    for (int essai = 0; essai < 50; ++essai)
-    {
-        SCOPED_TRACE(essai);
-        const int n = 8 + (int)(40 * u(hasard));
-        const Section s = {{etoile(n, 0.5, 1.5)}, {etoile(6 + n % 7, 0.1, 0.35)}};
-        const CProprietesSection p = Calcule(s);
-        const Section variantes[] = {
-            {{tourne(s.contours[0], 3)}, {tourne(s.ouvertures[0], 2)}},
-            {{Inverse(s.contours[0])}, {Inverse(s.ouvertures[0])}},
-            Deplace(s, 0, 0, 0, 1e5, 2e5),
-            Deplace({{Inverse(tourne(s.contours[0], 5))}, {tourne(s.ouvertures[0], 1)}}, 0, 0, 0, -3e4, 7e4),
-        };
-        const double dx[] = {0, 0, 1e5, -3e4}, dy[] = {0, 0, 2e5, 7e4};
-        for (int v = 0; v < 4; ++v)
-        {
-            SCOPED_TRACE(v);
-            const CProprietesSection q = Calcule(variantes[v]);
-            const double tol = 1e-9, taille = std::sqrt(p.m_Aire), I = p.m_Axe1.I;
-            EXPECT_NEAR(p.m_Aire, q.m_Aire, tol * p.m_Aire);
-            EXPECT_NEAR(p.m_Xg, q.m_Xg - dx[v], tol * taille);
-            EXPECT_NEAR(p.m_Yg, q.m_Yg - dy[v], tol * taille);
-            EXPECT_NEAR(p.m_Ixy, q.m_Ixy, tol * I);
-            // The axes, compared through twice the angle (an axis is a direction modulo 180).
-            const double r = (p.m_Axe1.I - p.m_Axe2.I) / I;
-            EXPECT_NEAR(std::cos(p.m_Angle * kPi / 90), std::cos(q.m_Angle * kPi / 90), tol / r);
-            EXPECT_NEAR(std::sin(p.m_Angle * kPi / 90), std::sin(q.m_Angle * kPi / 90), tol / r);
-            const CProprietesSection::Axe* a[] = {&p.m_AxeX, &p.m_AxeY, &p.m_Axe1, &p.m_Axe2};
-            const CProprietesSection::Axe* b[] = {&q.m_AxeX, &q.m_AxeY, &q.m_Axe1, &q.m_Axe2};
-            for (int k = 0; k < 4; ++k)
-            {
-                EXPECT_NEAR(a[k]->I, b[k]->I, tol * I);
-                EXPECT_NEAR(a[k]->i, b[k]->i, tol * taille);
-                // A flip of an axis's direction by 180 degrees swaps its two sides.
-                const bool echange = k >= 2 && std::fabs(std::remainder(p.m_Angle - q.m_Angle, 360.0)) > 90;
-                EXPECT_NEAR(a[k]->vPositif, echange ? b[k]->vNegatif : b[k]->vPositif, tol * taille / r);
-                EXPECT_NEAR(a[k]->WNegatif, echange ? b[k]->WPositif : b[k]->WNegatif, tol * a[k]->WNegatif / r);
-            }
-            EXPECT_NEAR(p.m_PlastiqueX.position, q.m_PlastiqueX.position - dy[v], tol * taille);
-            EXPECT_NEAR(p.m_PlastiqueY.position, q.m_PlastiqueY.position - dx[v], tol * taille);
-            EXPECT_NEAR(p.m_PlastiqueX.W, q.m_PlastiqueX.W, tol * p.m_PlastiqueX.W);
-            EXPECT_NEAR(p.m_PlastiqueY.W, q.m_PlastiqueY.W, tol * p.m_PlastiqueY.W);
-            EXPECT_NEAR(p.m_Perimetre1, q.m_Perimetre1, tol * p.m_Perimetre1);
-            EXPECT_NEAR(p.m_Perimetre2, q.m_Perimetre2, tol * p.m_Perimetre2);
-            EXPECT_NEAR(p.m_Xmax - p.m_Xmin, q.m_Xmax - q.m_Xmin, tol * taille);
-        }
-    }
-}
-
 TEST(CProprietesSection, NoAreaGivesZeroAndClearsEarlierValues)
 {
     CProprietesSection p = Calcule({{kCornier}, {}});
@@ -433,6 +330,7 @@ TEST(CProprietesSection, NoAreaGivesZeroAndClearsEarlierValues)
         {{}, {}},
         {{{{0, 0}, {1, 0}}}, {}},                                       // two points only
         {{Rectangle(0, 0, 1, 1)}, {Inverse(Rectangle(0, 0, 1, 1))}},    // the opening is the section
+        {{Inverse(Rectangle(0, 0, 1, 1))}, {Inverse(Rectangle(0, 0, 1, 1))}}, // the same, both clockwise
         {{Rectangle(0, 0, 1, 1)}, {Rectangle(-1, -1, 2, 2)}},           // more opening than section
         {{{{0, 0}, {1, 0}, {1, std::nan("")}}}, {}},                    // not a number
         {{Rectangle(0, 0, 1, 1)}, {{{0.2, 0.2}, {0.5, HUGE_VAL}, {0.2, 0.5}}}},
@@ -446,6 +344,9 @@ TEST(CProprietesSection, NoAreaGivesZeroAndClearsEarlierValues)
         EXPECT_EQ(0.0, p.m_Perimetre1);
         EXPECT_EQ(0.0, p.m_Xmax);
     }
+    // Openings may leave little: 1e-9 of the area is still a section.
+    ASSERT_EQ(1, Calcule({{Rectangle(0, 0, 1, 1)}, {Rectangle(0, 0, 1, 1 - 1e-9)}}, p));
+    EXPECT_NEAR(1e-9, p.m_Aire, 1e-15);
     // A contour of two points beside a real one is left out, perimeter included.
     ASSERT_EQ(1, Calcule({{{{5, 5}, {6, 6}}, Rectangle(0, 0, 1, 2)}, {}}, p));
     EXPECT_NEAR(2.0, p.m_Aire, 1e-15);

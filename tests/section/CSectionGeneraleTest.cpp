@@ -48,7 +48,7 @@ void Verifie(const CSectionGenerale& s, const Attendu& a, double tol = 1e-9)
 }
 } // namespace
 
-TEST(CSectionGenerale, RectangleAndOrientation)
+TEST(CSectionGenerale, RectangleKeepsTheLastSidesWorkingTerms)
 {
     CListePolygone l1, l2;
     l1.AddTail(Contour({{0, 0}, {1, 0}, {1, 2}, {0, 2}}));
@@ -65,50 +65,6 @@ TEST(CSectionGenerale, RectangleAndOrientation)
     EXPECT_NEAR(s.aireY, 0.0, 0.0);
     EXPECT_EQ(s.ygStrip, 0.0); // x0 + x1 = 0 there
 
-    CListePolygone cw;
-    cw.AddTail(Inverse(Contour({{0, 0}, {1, 0}, {1, 2}, {0, 2}})));
-    CSectionGenerale t;
-    t.CaracteristiquesSectionsPolygone(cw, l2);
-    Verifie(t, {2.0, 0.5, 1.0, 2.0 / 3.0, 1.0 / 6.0, 0.0});
-    EXPECT_NEAR(t.Aire, -s.Aire, 1e-12);
-
-    // A square: equal moments give a zero angle whatever the product term.
-    CListePolygone carre;
-    carre.AddTail(Contour({{1, 1}, {3, 1}, {3, 3}, {1, 3}}));
-    t.CaracteristiquesSectionsPolygone(carre, l2);
-    EXPECT_EQ(t.Angle, 0.0);
-    EXPECT_NEAR(t.IxG, 16.0 / 12.0, 1e-12);
-}
-
-TEST(CSectionGenerale, TAndISectionsMatchTextbookValues)
-{
-    // T: flange 0.6 x 0.1 on a 0.1 x 0.5 web, base at (2, 1).
-    CListePolygone l1, l2;
-    l1.AddTail(Contour({{0.25, 0}, {0.35, 0}, {0.35, 0.5}, {0.6, 0.5}, {0.6, 0.6}, {0, 0.6}, {0, 0.5},
-                        {0.25, 0.5}},
-                       2.0, 1.0));
-    CSectionGenerale s;
-    s.CaracteristiquesSectionsPolygone(l1, l2);
-    // Parts: web A=0.05 at y=0.25, flange A=0.06 at y=0.55.
-    const double A = 0.11, yc = (0.05 * 0.25 + 0.06 * 0.55) / A;
-    const double Ix = 0.1 * 0.125 / 12 + 0.05 * std::pow(0.25 - yc, 2) + 0.6 * 0.001 / 12 +
-                      0.06 * std::pow(0.55 - yc, 2);
-    const double Iy = 0.5 * 0.001 / 12 + 0.1 * 0.216 / 12;
-    Verifie(s, {A, 2.3, 1.0 + yc, Ix, Iy, 0.0}, 1e-12);
-    EXPECT_NEAR(s.Angle, 0.0, 1e-12);
-    EXPECT_NEAR(s.I1, Ix, 1e-12);
-    EXPECT_NEAR(s.I2, Iy, 1e-12);
-    EXPECT_NEAR(s.Perimetre1, 0.6 + 0.1 + 2 * 0.5 + 2 * 0.25 + 2 * 0.1, 1e-12);
-
-    // Symmetric I: flanges 0.3 x 0.05, web 0.02 x 0.4, total height 0.5.
-    CListePolygone i1;
-    i1.AddTail(Contour({{0, 0}, {0.3, 0}, {0.3, 0.05}, {0.16, 0.05}, {0.16, 0.45}, {0.3, 0.45},
-                        {0.3, 0.5}, {0, 0.5}, {0, 0.45}, {0.14, 0.45}, {0.14, 0.05}, {0, 0.05}},
-                       1.0, 1.0));
-    s.CaracteristiquesSectionsPolygone(i1, l2);
-    const double IxI = 0.3 * 0.125 / 12 - 0.28 * 0.064 / 12;
-    const double IyI = 2 * 0.05 * 0.027 / 12 + 0.4 * 0.000008 / 12;
-    Verifie(s, {0.03 + 0.008, 1.15, 1.25, IxI, IyI, 0.0}, 1e-12);
 }
 
 TEST(CSectionGenerale, OpeningInTheSecondListAndUnsymmetricL)
@@ -151,6 +107,66 @@ TEST(CSectionGenerale, OpeningInTheSecondListAndUnsymmetricL)
     EXPECT_NEAR(t.IxyG, s.IxyG, 1e-12);
     EXPECT_NEAR(t.Angle, s.Angle, 1e-12);
     EXPECT_NEAR(t.SY / t.Aire, s.SY / s.Aire, 1e-12);
+}
+
+TEST(CSectionGenerale, SlopingSidesKeepTheSuitesProductTerm)
+{
+    // A right triangle with legs 2 along x and 3 along y from (1, 1): area 3, centroid
+    // (5/3, 2), IxG = 2 x 27 / 36, IyG = 3 x 8 / 36. The product is the suite's: the
+    // sloping side's strip has xg = 1.8 and the ordinate term -0.4, the bottom side's
+    // 2 and 0.5, so IxyO = 2 x 0.5 x 2 + 1.8 x -0.4 x -5 = 5.6 and IxyG = 5.6 - 10.
+    CListePolygone l1, l2;
+    l1.AddTail(Contour({{1, 1}, {3, 1}, {1, 4}}));
+    CSectionGenerale s;
+    s.CaracteristiquesSectionsPolygone(l1, l2);
+    Verifie(s, {3.0, 5.0 / 3.0, 2.0, 1.5, 2.0 / 3.0, -4.4}, 1e-12);
+}
+
+TEST(CSectionGenerale, EqualMomentsAreJudgedAtOneEMinusTwelveThenOneEMinusSeven)
+{
+    // A 1 x (1 + d) rectangle turned by 30 degrees about (2, 2): its two centroidal
+    // moments differ by about d of their size. With the first list alone the angle is
+    // computed from 1e-12 on; once a second list is added, from 1e-7 on. The opening, a
+    // small square on the centroid, changes both moments alike.
+    auto rectangle = [](double d) {
+        CPolygone* p = Contour({{-0.5, -0.5 - d / 2}, {0.5, -0.5 - d / 2}, {0.5, 0.5 + d / 2}, {-0.5, 0.5 + d / 2}});
+        p->rotation(CPointD(0, 0), 30.0);
+        p->translation(CPointD(0, 0), CPointD(2, 2));
+        return p;
+    };
+    CListePolygone vide, trou;
+    trou.AddTail(Inverse(Contour({{1.9, 1.9}, {2.1, 1.9}, {2.1, 2.1}, {1.9, 2.1}})));
+    for (double d : {1e-9, 1e-6})
+    {
+        CListePolygone l1;
+        l1.AddTail(rectangle(d));
+        CSectionGenerale seul, combine;
+        seul.CaracteristiquesSectionsPolygone(l1, vide);
+        combine.CaracteristiquesSectionsPolygone(l1, trou);
+        EXPECT_GT(std::fabs(seul.Angle), 0.1) << d;
+        if (d < 1e-7)
+            EXPECT_EQ(0.0, combine.Angle);
+        else
+            EXPECT_GT(std::fabs(combine.Angle), 0.1) << d;
+    }
+}
+
+TEST(CSectionGenerale, NoAreaAnswersZerosRatherThanZeroOverZero)
+{
+    // No contour, and a contour that encloses nothing: every field is a number, the
+    // centroidal moments and the angle 0.
+    CListePolygone vide, plat;
+    plat.AddTail(Contour({{0, 0}, {2, 0}, {1, 0}}));
+    for (CListePolygone* l : {&vide, &plat})
+    {
+        CSectionGenerale s;
+        s.CaracteristiquesSectionsPolygone(*l, vide);
+        for (double v : {s.Aire, s.IxG, s.IyG, s.IxyG, s.Angle, s.I1, s.I2})
+            EXPECT_EQ(0.0, v);
+        s.CaracteristiquesSectionsPolygone(*l, plat);
+        for (double v : {s.IxG, s.IyG, s.IxyG, s.Angle, s.I1, s.I2})
+            EXPECT_EQ(0.0, v);
+    }
 }
 
 TEST(CSectionGenerale, ArchiveFormSwapsSXAndSY)

@@ -43,6 +43,9 @@ void Compiles(CArchive& ar, CObject* pObject, CSerial* pSerial, const CObject* p
         THROW_LAST();
     }
     END_CATCH
+    CTypedPtrList<CPtrList, CSerial*> liste;
+    liste.SetAt(liste.AddTail(pSerial), pSerial);
+    (void)liste.GetHead()->GetRuntimeClass();
 }
 
 #ifdef PREFA_MISUSE
@@ -66,5 +69,7 @@ void DoesNotCompile(CArchive& ar, CObject* pObject, CDynamicOnly* pDynamic)
     ar >> pDynamic;                            // must not compile: not a serialisable class
     ar >> pInt;                                // must not compile
     s.Format(L"%s", std::string("x"));         // must not compile: printf cannot take it
+    CTypedPtrList<CPtrList, CObject*> liste;
+    liste.GetHead() = pObject;                 // must not compile: a typed reference into void* storage
 }
 #endif
