@@ -28,28 +28,11 @@ void ExpectVecteur(const CVecteur& v, double x1, double y1, double x2, double y2
 
 } // namespace
 
-TEST(CVecteur, ConstructionAndSetters)
+// Device points are divided by the scale without a Y flip; a null scale gives (0,0).
+TEST(CVecteur, DeviceConstructionDividesByTheScale)
 {
-    const CVecteur v(CPoint(4, -6), CPoint(10, 2), 2.0);
-    ExpectVecteur(v, 2, -3, 5, 1, 0.0); // no Y flip here
-    const CVecteur nul(CPoint(4, -6), CPoint(10, 2), 1e-10);
-    ExpectVecteur(nul, 0, 0, 0, 0, 0.0);
-
-    CVecteur w(1, 2, 3, 4);
-    w.org.marque = true;
-    // Swapping through its own points.
-    w.s_coord_vect(w.ext, w.org);
-    ExpectVecteur(w, 3, 4, 1, 2, 0.0);
-    EXPECT_TRUE(w.ext.marque);
-    EXPECT_FALSE(w.org.marque);
-
-    w.s_coord_vect(CPointD(1, 1), 2.0, -3.0);
-    ExpectVecteur(w, 1, 1, 3, -2, 0.0);
-    w.s_coord_cart(CPointD(1, 1), 2.0, 90.0);
-    ExpectVecteur(w, 1, 1, 1, 3, 1e-15);
-    w.s_coord_vect(5, 6, 7, 8);
-    EXPECT_DOUBLE_EQ(w.longueur(), std::sqrt(8.0));
-    ExpectPoint(w.PointCentre(), 6, 7, 0.0);
+    ExpectVecteur(CVecteur(CPoint(4, -6), CPoint(10, 2), 2.0), 2, -3, 5, 1, 0.0);
+    ExpectVecteur(CVecteur(CPoint(4, -6), CPoint(10, 2), 1e-10), 0, 0, 0, 0, 0.0);
 }
 
 TEST(CVecteur, DirectionAnglesInBothRanges)
@@ -76,22 +59,8 @@ TEST(CVecteur, DirectionAnglesInBothRanges)
     EXPECT_DOUBLE_EQ(nord.AngleEntreVecteur(est, 0), -90.0);
 }
 
-TEST(CVecteur, RigidTransformsReturnTheirMeasures)
+TEST(CVecteur, ChangeRepereMovesBothEndsAndReturnsTheDirection)
 {
-    CVecteur v(1, 0, 3, 0);
-    EXPECT_DOUBLE_EQ(v.translation(CPointD(0, 0), CPointD(3, 4)), 5.0);
-    ExpectVecteur(v, 4, 4, 6, 4, 0.0);
-    EXPECT_DOUBLE_EQ(v.translation(CVecteur(0, 0, -4, -4)), std::sqrt(32.0));
-    ExpectVecteur(v, 0, 0, 2, 0, 0.0);
-
-    CVecteur r(2, 0, 3, 0);
-    EXPECT_DOUBLE_EQ(r.rotation(CPointD(0, 0), 90.0), 2.0);
-    ExpectVecteur(r, 0, 2, 0, 3, 1e-15);
-
-    CVecteur e(1, 1, 2, 3);
-    e.echelle(CPointD(1, 1), 3.0);
-    ExpectVecteur(e, 1, 1, 4, 7, 0.0);
-
     CVecteur c(2, 1, 2, 3);
     const CPointD image = c.ChangeRepere(90.0, CPointD(1, 1));
     ExpectPoint(c.org, 0, -1, 1e-15);
@@ -283,14 +252,6 @@ TEST(CVecteur, OperatorsKeepTheirDeliberateSideEffects)
     const CVecteur d = a - b;
     ExpectVecteur(a, 0, 0, 1, 0, 0.0);
     ExpectVecteur(d, 0, 0, 1, 0, 0.0);
-    a += b;
-    a -= CVecteur(0, 0, 1, 0);
-    ExpectVecteur(a, 0, 0, 0, 2, 0.0);
-
-    CVecteur m(1, 2, 3, 4);
-    const CVecteur mm = (m *= 2.0);
-    ExpectVecteur(m, 2, 4, 6, 8, 0.0);
-    ExpectVecteur(mm, 2, 4, 6, 8, 0.0);
 
     EXPECT_EQ(CVecteur(0, 0, 2, 3) * CVecteur(1, 1, 5, 0), 8.0 - 3.0);
     EXPECT_EQ(CVecteur(0, 0, 1, 0) ^ CVecteur(0, 0, 0, 1), 1.0);
@@ -307,7 +268,6 @@ TEST(CVecteur, SerializeWritesFourDoublesOrgFirst)
     CVecteur v(1, 2, 3, 4);
     const std::vector<BYTE> octets = Store([&](CArchive& ar) { v.Serialize(ar); });
     EXPECT_EQ(octets, Bytes().f64(1).f64(2).f64(3).f64(4).b);
-    ASSERT_EQ(octets.size(), 32u);
     CVecteur w;
     EXPECT_EQ(Load(octets, [&](CArchive& ar) { w.Serialize(ar); }), 0u);
     ExpectVecteur(w, 1, 2, 3, 4, 0.0);

@@ -86,10 +86,8 @@ TEST_F(Verrous, ConfigurationFileAndIdentity)
     EXPECT_GE(boites.boxes[1].text.Find(L"..\\ConfigBRAXEL - "), 0);
     EXPECT_GE(boites.boxes[1].text.Find(L" - 70\n2 - ENOENT"), 0);
 
-    CConfigBRAXEL copie(moi);
-    CConfigBRAXEL autre = abime;
-    EXPECT_EQ(copie.MemeUtilisateur(moi), 1);
-    autre = moi;
+    // Same workstation only when both names match exactly, case included.
+    CConfigBRAXEL autre = moi;
     EXPECT_EQ(autre.MemeUtilisateur(moi), 1);
     autre.NomUtilisateur = L"Alice";
     EXPECT_EQ(autre.MemeUtilisateur(moi), 0);
