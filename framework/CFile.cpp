@@ -55,8 +55,7 @@ CFile::~CFile()
 
 CString CFile::GetFileName() const
 {
-    int slash = std::max(m_strFileName.ReverseFind(L'/'), m_strFileName.ReverseFind(L'\\'));
-    return m_strFileName.Mid(slash + 1);
+    return m_strFileName.Mid(AfxPathFolderLength(m_strFileName));
 }
 
 void CFile::ThrowOsError(LONG lOsError) const

@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -28,8 +29,9 @@ std::string NativePath(LPCWSTR psz)
     return AfxWideToUtf8(psz ? std::wstring(psz) : std::wstring());
 }
 
-// Copies text into a caller's buffer with the Windows convention for sizes.
-BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize)
+// Copies text into a caller's buffer with the Windows convention for sizes: the size
+// needed counts the terminator; the length returned does for GetUserNameW only.
+BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize, bool bCountTerminator)
 {
     if (pnSize == nullptr)
     {
@@ -43,7 +45,7 @@ BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize)
         return FALSE;
     }
     std::wmemcpy(lpBuffer, text.c_str(), text.size() + 1);
-    *pnSize = (DWORD)text.size();
+    *pnSize = (DWORD)text.size() + (bCountTerminator ? 1 : 0);
     return TRUE;
 }
 
@@ -79,7 +81,7 @@ BOOL GetComputerNameW(LPWSTR lpBuffer, LPDWORD pnSize)
     std::size_t dot = h.find('.');
     if (dot != std::string::npos)
         h.resize(dot);
-    return CopyOut(AfxUtf8ToWide(h), lpBuffer, pnSize);
+    return CopyOut(AfxUtf8ToWide(h), lpBuffer, pnSize, false);
 }
 
 BOOL GetUserNameW(LPWSTR lpBuffer, LPDWORD pnSize)
@@ -97,7 +99,7 @@ BOOL GetUserNameW(LPWSTR lpBuffer, LPDWORD pnSize)
         errno = ENOENT;
         return FALSE;
     }
-    return CopyOut(AfxUtf8ToWide(name), lpBuffer, pnSize);
+    return CopyOut(AfxUtf8ToWide(name), lpBuffer, pnSize, true);
 }
 
 DWORD GetLastError()
@@ -179,6 +181,38 @@ TCHAR AfxPathSeparator()
     return L'/';
 }
 
+int AfxOsErrorToErrno(LONG lOsError)
+{
+    return (int)lOsError;
+}
+
+UINT GetACP()
+{
+    return 1252;
+}
+
+CString AfxGetEnvironmentVariable(LPCTSTR lpszName)
+{
+    const char* value = std::getenv(NativePath(lpszName).c_str());
+    return value ? CString(AfxUtf8ToWide(value)) : CString();
+}
+
+void AfxSetEnvironmentVariable(LPCTSTR lpszName, LPCTSTR lpszValue)
+{
+    std::string name = NativePath(lpszName);
+    if (lpszValue && *lpszValue)
+        ::setenv(name.c_str(), NativePath(lpszValue).c_str(), 1);
+    else
+        ::unsetenv(name.c_str());
+}
+
+int AfxRunCommand(LPCTSTR lpszCommandLine)
+{
+    std::fflush(nullptr);
+    int status = std::system(NativePath(lpszCommandLine).c_str());
+    return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 BOOL AfxIsStdErrTerminal()
 {
     return ::isatty(2) ? TRUE : FALSE;
@@ -211,17 +245,26 @@ CString AfxGetLibraryModuleName()
 
 int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
 {
-    // CREATE_NEW fails when the file exists; no sharing while the record is written.
-    HANDLE h = ::CreateFileW(lpszPath, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // Written under a temporary name, then moved to its own name by a move that fails
+    // when the name is taken: another process sees no file or the whole record.
+    std::random_device rd;
+    std::wstring temp = std::wstring(lpszPath) + L".~new" + std::to_wstring(rd());
+    HANDLE h = ::CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (h == INVALID_HANDLE_VALUE)
-        return ::GetLastError() == ERROR_FILE_EXISTS ? EEXIST : EACCES;
+        return AfxOsErrorToErrno((LONG)::GetLastError());
     DWORD done = 0;
-    BOOL ok = ::WriteFile(h, pData, nCount, &done, nullptr) && done == nCount;
+    BOOL ok = ::WriteFile(h, pData, nCount, &done, nullptr) && done == nCount && ::FlushFileBuffers(h);
+    DWORD err = ok ? 0 : ::GetLastError();
     ::CloseHandle(h);
+    if (ok && !::MoveFileExW(temp.c_str(), lpszPath, MOVEFILE_WRITE_THROUGH))
+    {
+        ok = FALSE;
+        err = ::GetLastError();
+    }
     if (!ok)
     {
-        ::DeleteFileW(lpszPath);
-        return EIO;
+        ::DeleteFileW(temp.c_str());
+        return err ? AfxOsErrorToErrno((LONG)err) : EIO;
     }
     return 0;
 }
@@ -231,12 +274,99 @@ TCHAR AfxPathSeparator()
     return L'\\';
 }
 
+int AfxOsErrorToErrno(LONG lOsError)
+{
+    // The C run-time's own table (what _doserrno becomes in errno).
+    switch (lOsError)
+    {
+    case 0: return 0;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_NO_MORE_FILES:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_FILENAME_EXCED_RANGE: return ENOENT;
+    case ERROR_TOO_MANY_OPEN_FILES: return EMFILE;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_CURRENT_DIRECTORY:
+    case ERROR_NETWORK_ACCESS_DENIED:
+    case ERROR_CANNOT_MAKE:
+    case ERROR_FAIL_I24:
+    case ERROR_DRIVE_LOCKED:
+    case ERROR_SEEK_ON_DEVICE:
+    case ERROR_NOT_LOCKED:
+    case ERROR_LOCK_FAILED: return EACCES;
+    case ERROR_INVALID_HANDLE:
+    case ERROR_INVALID_TARGET_HANDLE:
+    case ERROR_DIRECT_ACCESS_HANDLE: return EBADF;
+    case ERROR_ARENA_TRASHED:
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_INVALID_BLOCK:
+    case ERROR_NOT_ENOUGH_QUOTA: return ENOMEM;
+    case ERROR_BAD_ENVIRONMENT: return E2BIG;
+    case ERROR_BAD_FORMAT: return ENOEXEC;
+    case ERROR_NOT_SAME_DEVICE: return EXDEV;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS: return EEXIST;
+    case ERROR_NO_PROC_SLOTS:
+    case ERROR_MAX_THRDS_REACHED:
+    case ERROR_NESTING_NOT_ALLOWED: return EAGAIN;
+    case ERROR_BROKEN_PIPE: return EPIPE;
+    case ERROR_DISK_FULL: return ENOSPC;
+    case ERROR_WAIT_NO_CHILDREN:
+    case ERROR_CHILD_NOT_COMPLETE: return ECHILD;
+    case ERROR_DIR_NOT_EMPTY: return ENOTEMPTY;
+    default:
+        // Write protection to sharing-buffer overflow (sharing and lock violations among
+        // them) deny access; the executable-format errors are ENOEXEC.
+        if (lOsError >= ERROR_WRITE_PROTECT && lOsError <= ERROR_SHARING_BUFFER_EXCEEDED)
+            return EACCES;
+        if (lOsError >= ERROR_INVALID_STARTING_CODESEG && lOsError <= ERROR_INFLOOP_IN_RELOC_CHAIN)
+            return ENOEXEC;
+        return EINVAL;
+    }
+}
+
+CString AfxGetEnvironmentVariable(LPCTSTR lpszName)
+{
+    const wchar_t* value = ::_wgetenv(lpszName);
+    return value ? CString(value) : CString();
+}
+
+void AfxSetEnvironmentVariable(LPCTSTR lpszName, LPCTSTR lpszValue)
+{
+    // An empty value removes the variable.
+    ::_wputenv_s(lpszName, lpszValue ? lpszValue : L"");
+}
+
+int AfxRunCommand(LPCTSTR lpszCommandLine)
+{
+    // cmd.exe /c drops the first and the last quote of the line when it holds more than
+    // two or any special character: quoted whole, the caller's own quotes survive.
+    std::wstring line = L"\"" + std::wstring(lpszCommandLine ? lpszCommandLine : L"") + L"\"";
+    std::fflush(nullptr);
+    return ::_wsystem(line.c_str());
+}
+
 BOOL AfxIsStdErrTerminal()
 {
     return ::_isatty(_fileno(stderr)) ? TRUE : FALSE;
 }
 
 #endif
+
+int AfxPathFolderLength(const CString& strPath)
+{
+#ifdef _WIN32
+    const wchar_t* separators = L"/\\:";
+#else
+    const wchar_t* separators = L"/\\";
+#endif
+    std::size_t cut = strPath.Std().find_last_of(separators);
+    return cut == std::wstring::npos ? 0 : (int)cut + 1;
+}
 
 CString AfxGetRuntimeErrorText(int nErrno)
 {

@@ -105,9 +105,10 @@ TEST(System, IdentityAndFileFinding)
     DWORD n = 256;
     EXPECT_TRUE(GetComputerNameW(name, &n));
     EXPECT_GT(n, 0u);
+    EXPECT_EQ((DWORD)wcslen(name), n);
     n = 256;
     EXPECT_TRUE(GetUserNameW(name, &n));
-    EXPECT_EQ((DWORD)wcslen(name), n);
+    EXPECT_EQ((DWORD)wcslen(name) + 1, n); // unlike the computer's, the user's counts the terminator
     n = 1; // too small a buffer: FALSE and the size needed
     EXPECT_FALSE(GetUserNameW(name, &n));
     EXPECT_GT(n, 1u);
