@@ -29,8 +29,8 @@ std::string WriteText(const ScratchDir& dir, const char* name, const std::string
 int RunProgram(const std::string& args, std::string* out, std::string* err, const ScratchDir& dir)
 {
     std::string o = dir.Utf8() + "/stdout.txt", e = dir.Utf8() + "/stderr.txt";
-    std::string cmd = std::string(PREFA_PROGRAM) + " " + args + " >" + o + " 2>" + e;
-    int status = std::system(cmd.c_str());
+    std::string cmd = "\"" + std::string(PREFA_PROGRAM) + "\" " + args + " >" + o + " 2>" + e;
+    int status = AfxRunCommand(CString(AfxUtf8ToWide(cmd)));
     auto slurp = [](const std::string& p) {
         std::ifstream in(p);
         std::stringstream s;
@@ -41,7 +41,7 @@ int RunProgram(const std::string& args, std::string* out, std::string* err, cons
         *out = slurp(o);
     if (err)
         *err = slurp(e);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return status;
 }
 
 std::string Message(const std::string& json)

@@ -3,8 +3,7 @@
 #include "ProjetFixture.h"
 
 #include <cstring>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <thread>
 
 using namespace prefa_test;
 
@@ -338,60 +337,73 @@ TEST_F(Verrous, SwitchOffAndTrivialCalls)
 }
 
 // Several processes, each its own workstation, race for the same free project lock.
+// The racers are this test program again, one per workstation folder: each reads its
+// configuration, waits for the start file, then writes whether it took the lock.
 TEST_F(Verrous, RacingProcessesExactlyOneWinsEachRound)
 {
+    const std::vector<std::string>& argv = ::testing::internal::GetArgvs();
+    CString racineCourse = AfxGetEnvironmentVariable(L"PREFA_TEST_COURSE");
+    if (!racineCourse.IsEmpty())
+    {
+        std::filesystem::path poste = std::filesystem::path(racineCourse.Std()) / argv.back();
+        std::filesystem::current_path(poste);
+        DefinitEnvironnement(racineCourse, 1);
+        CConfigBRAXEL moi; // read before the start, to shorten the race window
+        while (!std::filesystem::exists(poste.parent_path() / "depart"))
+            std::this_thread::yield();
+        int gagne = GererLock(0, L"AFF1", 0, 5, 0, L"") == 1 ? 1 : 0;
+        WriteAll(CString((poste / "resultat").wstring()), {(BYTE)('0' + gagne)});
+        return;
+    }
+
     const int nProcessus = 4;
-    const int nTours = 25;
+    const int nTours = 10;
+    std::filesystem::path racine(m_racine.Path().Std());
     for (int i = 0; i < nProcessus; ++i)
     {
-        std::string dossier = m_racine.Utf8() + "/poste" + std::to_string(i);
-        std::filesystem::create_directories(dossier);
-        std::filesystem::current_path(dossier);
+        std::filesystem::create_directories(racine / ("poste" + std::to_string(i)));
+        std::filesystem::current_path(racine / ("poste" + std::to_string(i)));
         Identite(L"PC", CString(L"user") + (wchar_t)(L'0' + i));
     }
-    std::filesystem::current_path(m_racine.Utf8());
+    std::filesystem::current_path(racine);
+    AfxSetEnvironmentVariable(L"PREFA_TEST_COURSE", m_racine.Path());
 
     for (int tour = 0; tour < nTours; ++tour)
     {
-        int depart[2];
-        ASSERT_EQ(pipe(depart), 0);
-        std::vector<pid_t> fils;
+        std::vector<std::thread> coureurs;
+        std::vector<int> statuts(nProcessus, -1);
         for (int i = 0; i < nProcessus; ++i)
         {
-            pid_t pid = fork();
-            ASSERT_GE(pid, 0);
-            if (pid == 0)
-            {
-                close(depart[1]);
-                if (chdir((m_racine.Utf8() + "/poste" + std::to_string(i)).c_str()) != 0)
-                    _exit(3);
-                CConfigBRAXEL moi; // read before the start, to shorten the race window
-                char c;
-                while (read(depart[0], &c, 1) > 0)
-                {
-                }
-                _exit(GererLock(0, L"AFF1", 0, 5, 0, L"") == 1 ? 1 : 0);
-            }
-            fils.push_back(pid);
+            std::string poste = "poste" + std::to_string(i);
+            std::string commande = "\"" + argv[0] + "\" --gtest_filter=Verrous.RacingProcessesExactlyOneWinsEachRound " +
+                                   poste + " >" + poste + "/sortie.txt 2>&1";
+            coureurs.emplace_back([&statuts, i, commande] {
+                statuts[(std::size_t)i] = AfxRunCommand(CString(AfxUtf8ToWide(commande)));
+            });
         }
-        close(depart[0]);
-        close(depart[1]); // every child starts now
+        WriteAll(m_racine / CString(L"depart"), {}); // every racer starts now
+        for (std::thread& t : coureurs)
+            t.join();
+        std::filesystem::remove(racine / "depart");
         int gagnants = 0;
         int gagnant = -1;
         for (int i = 0; i < nProcessus; ++i)
         {
-            int statut = 0;
-            ASSERT_EQ(waitpid(fils[(std::size_t)i], &statut, 0), fils[(std::size_t)i]);
-            ASSERT_TRUE(WIFEXITED(statut));
-            ASSERT_LE(WEXITSTATUS(statut), 1);
-            if (WEXITSTATUS(statut) == 1)
+            std::filesystem::path poste = racine / ("poste" + std::to_string(i));
+            std::vector<BYTE> sortie = ReadAll(CString((poste / "sortie.txt").wstring()));
+            ASSERT_EQ(statuts[(std::size_t)i], 0) << std::string(sortie.begin(), sortie.end());
+            std::vector<BYTE> resultat = ReadAll(CString((poste / "resultat").wstring()));
+            ASSERT_EQ(resultat.size(), 1u);
+            if (resultat[0] == '1')
             {
                 ++gagnants;
                 gagnant = i;
             }
+            std::filesystem::remove(poste / "resultat");
         }
         ASSERT_EQ(gagnants, 1) << "round " << tour;
         EXPECT_EQ(Detenteur(LockAff()), CString(L"user") + (wchar_t)(L'0' + gagnant) + L"@PC");
-        std::filesystem::remove(m_racine.Utf8() + "/AFF1/LOCK_AFF");
+        std::filesystem::remove(racine / "AFF1" / "LOCK_AFF");
     }
+    AfxSetEnvironmentVariable(L"PREFA_TEST_COURSE", nullptr);
 }

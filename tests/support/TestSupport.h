@@ -6,8 +6,15 @@
 
 #include <cstdint>
 #include <cstring>
+#include <ostream>
 #include <string>
 #include <vector>
+
+// Texts in failure messages as texts, not as pointers.
+inline void PrintTo(const CString& s, std::ostream* os)
+{
+    *os << '"' << AfxWideToUtf8(s.Std()) << '"';
+}
 
 namespace prefa_test
 {
