@@ -13,9 +13,8 @@
 
 #include "prefa.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -45,7 +44,7 @@ void MemeTexte(const char* champ, const CString& lu, const CString& attendu)
 
 void MemeValeur(const char* champ, double lu, double attendu, double tolerance)
 {
-    if (!(std::fabs(lu - attendu) <= tolerance * std::max(1.0, std::fabs(attendu))))
+    if (!(std::fabs(lu - attendu) <= tolerance * std::max(std::fabs(lu), std::fabs(attendu))))
         Echec(std::string(champ) + ": read " + std::to_string(lu) + ", computed " + std::to_string(attendu));
 }
 
