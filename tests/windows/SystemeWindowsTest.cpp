@@ -16,6 +16,9 @@ TEST(SystemeWindows, NarrowTextsFollowTheSystemCodePage)
 {
     const std::wstring texte = L"\u00E9\u0416\u20AC";    // e acute, Cyrillic Zhe, euro
     const std::wstring emoji = L"\U0001F600";            // one character, two wchar_t here
+    CString attendue = AfxGetEnvironmentVariable(L"PREFA_TEST_ACP"); // set by the 1251 run
+    if (!attendue.IsEmpty())
+        ASSERT_EQ((UINT)_wtoi(attendue), GetACP());
     switch (GetACP())
     {
     case 1252:
