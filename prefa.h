@@ -24,11 +24,13 @@
 
 // section
 #include "section/CSectionGenerale.h"
+#include "section/CProprietesSection.h"
 
 // thermal
 #include "thermal/CArrayEx.h"
 #include "thermal/CTemperatureGenerale.h"
 #include "thermal/BilanThermique.h"
+#include "thermal/GrilleBilan.h"
 #include "thermal/ProprietesEC2.h"
 #include "thermal/ProprietesFlamme.h"
 
@@ -38,3 +40,8 @@
 #include "project/CInfoPlan.h"
 #include "project/CConfigBRAXEL.h"
 #include "project/Verrous.h"
+
+// zip packaging
+#include "zip/CExceptionZip.h"
+#include "zip/CArchiveZip.h"
+#include "zip/PaquetAffaire.h"

@@ -1,6 +1,8 @@
 // Times the offset and clean-up of a 10,000-point contour, the containment test on
-// it, and the properties of a 10,000-point section.
+// it, and the properties of a 10,000-point section: the suite's and the exact ones
+// (with the plastic axes).
 //   bench_section [--quick]
+#include "section/CProprietesSection.h"
 #include "section/CSectionGenerale.h"
 
 #include <chrono>
@@ -79,5 +81,11 @@ int main(int argc, char** argv)
     const double tSection = Chrono(rapide ? 1 : 20, [&] { s.CaracteristiquesSectionsPolygone(l1, l2); });
     std::printf("  section properties: %.3f ms (area %.6f, IxG %.6f, IyG %.6f)\n", tSection * 1e3,
                 std::fabs(s.Aire), s.IxG, s.IyG);
+
+    CProprietesSection exactes;
+    const double tExactes = Chrono(rapide ? 1 : 20, [&] { exactes.Calcule(l1, l2); });
+    std::printf("  exact properties with plastic axes: %.3f ms, %.2f M vertices/s (area %.6f, Ix %.6f, "
+                "Wpl,x %.6f)\n",
+                tExactes * 1e3, n / tExactes * 1e-6, exactes.m_Aire, exactes.m_AxeX.I, exactes.m_PlastiqueX.W);
     return 0;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
+#include <string>
 
 namespace prefa_cli
 {
@@ -135,6 +137,11 @@ FireResult RunFire(const FireInput& in, const ProgressFn& progress)
             r.cancelled = true;
             return r;
         }
+        if (in.method != Method::Dtu && DernieresStatistiquesBilan().horsBornes)
+            throw std::runtime_error(std::string("the ") + label +
+                                     " field left the range of the fire's temperatures after step " +
+                                     std::to_string(DernieresStatistiquesBilan().pasHorsBornes) +
+                                     " (a value that is not a number, or beyond the gas): no temperatures are given");
         done += duration;
         for (std::size_t b = 0; b < in.bars.size(); ++b)
         {

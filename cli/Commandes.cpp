@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace prefa_cli
 {
@@ -17,14 +18,6 @@ namespace prefa_cli
 namespace
 {
 const double kPi = 3.141592653589793;
-
-// The contour turned to the wanted orientation (counter-clockwise when ccw).
-Contour Oriented(Contour c, bool ccw)
-{
-    if ((SignedArea(c) > 0) != ccw)
-        std::reverse(c.begin(), c.end());
-    return c;
-}
 
 std::string Fixed(double v, int decimals)
 {
@@ -60,6 +53,15 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
             o.json = true;
         else if (a == "--no-picture")
             o.noPicture = true;
+        else if (a == "--password" && (command == "pack" || command == "unpack"))
+        {
+            if (k + 1 >= args.size())
+                throw InputError("prefa " + command, "--password", "a password is expected after --password");
+            o.password = args[++k];
+            o.passwordGiven = true;
+        }
+        else if (a == "--aes" && command == "pack")
+            o.aes = true;
         else if (a == "--out")
         {
             if (k + 1 >= args.size())
@@ -70,6 +72,8 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
             throw InputError("prefa " + command, a, "unknown option (see prefa " + command + " --help)");
         else if (o.file.empty())
             o.file = a;
+        else if (o.target.empty() && (command == "pack" || command == "unpack"))
+            o.target = a;
         else
             throw InputError("prefa " + command, a, "only one input file is taken");
     }
@@ -168,42 +172,103 @@ int FireCommand(const Options& o)
     return 0;
 }
 
+namespace
+{
+const char* const kAngleConvention =
+    "counter-clockwise from the x axis to axis 1, the axis of I1 (the larger); "
+    "tan 2a = -2 Ixy / (Ixx - Iyy) with Ixy = integral of (x - xG)(y - yG) dA";
+const char* const kPositiveSides = "x: above, y: right, 1: the side axis 2 points to, 2: the side axis 1 points to";
+// The same, for people.
+const char* const kConventionsText =
+    "Principal angle: counter-clockwise from the x axis to axis 1, the axis of the larger\n"
+    "moment I1: tan 2a = -2 Ixy / (Ixx - Iyy), with Ixy = integral of (x - xG)(y - yG) dA.\n"
+    "Positive side of an axis: the side its companion axis points to (above x, right of y,\n"
+    "towards axis 2 for axis 1, towards axis 1 for axis 2).\n";
+
+nlohmann::json AxisJson(const CProprietesSection::Axe& a)
+{
+    return {{"I", a.I},
+            {"radius_of_gyration", a.i},
+            {"fibre_positive", a.vPositif},
+            {"fibre_negative", a.vNegatif},
+            {"W_positive", a.WPositif},
+            {"W_negative", a.WNegatif}};
+}
+
+// The part of the line through g at angle t (radians) that lies in the box widened by
+// margin; g lies in the box.
+std::pair<Point2, Point2> AcrossBox(Point2 g, double t, const Box& box, double margin)
+{
+    const double d[2] = {std::cos(t), std::sin(t)}, from[2] = {g.x, g.y};
+    const double lower[2] = {box.xmin - margin, box.ymin - margin}, upper[2] = {box.xmax + margin, box.ymax + margin};
+    double lo = -1e300, hi = 1e300;
+    for (int k = 0; k < 2; ++k)
+        if (std::fabs(d[k]) > 1e-12)
+        {
+            const double t1 = (lower[k] - from[k]) / d[k], t2 = (upper[k] - from[k]) / d[k];
+            lo = std::max(lo, std::min(t1, t2));
+            hi = std::min(hi, std::max(t1, t2));
+        }
+    return {{g.x + lo * d[0], g.y + lo * d[1]}, {g.x + hi * d[0], g.y + hi * d[1]}};
+}
+
+// The picture: contours, centroid, principal axes, plastic neutral axes, and the
+// distances from the centroidal axes to the extreme fibres as dimension lines.
+bool SectionPicture(const SectionInput& in, const CProprietesSection& p, const std::string& path)
+{
+    Box box;
+    for (const Contour& c : in.contours)
+        box.Add(c);
+    const double size = std::max(box.Width(), box.Height());
+    SvgPicture svg(box, 0.15 * size);
+    svg.Title("prefa section - area " + Fixed(p.m_Aire, 6) + " m2");
+    for (const Contour& c : in.contours)
+        svg.Outline(c, "#1f4e9a", 2.0);
+    for (const Contour& c : in.openings)
+        svg.Outline(c, "#9a1f1f", 1.5, true);
+    const Point2 g{p.m_Xg, p.m_Yg};
+    const double a = p.m_Angle * kPi / 180.0;
+    int axis = 1;
+    for (double t : {a, a + kPi / 2})
+    {
+        const std::pair<Point2, Point2> ends = AcrossBox(g, t, box, 0.03 * size);
+        svg.Line(ends.first, ends.second, "#c0392b", 1.2, true, "principal-axis");
+        svg.Text(ends.second, std::to_string(axis++), 12);
+    }
+    svg.Line({box.xmin, p.m_PlastiqueX.position}, {box.xmax, p.m_PlastiqueX.position}, "#1e8449", 1.2, true,
+             "plastic-axis");
+    svg.Text({box.xmin, p.m_PlastiqueX.position}, "PNA y = " + Fixed(p.m_PlastiqueX.position, 4) + " ", 11, "end");
+    svg.Line({p.m_PlastiqueY.position, box.ymin}, {p.m_PlastiqueY.position, box.ymax}, "#1e8449", 1.2, true,
+             "plastic-axis");
+    svg.Text({p.m_PlastiqueY.position, box.ymax + 0.02 * size}, "PNA x = " + Fixed(p.m_PlastiqueY.position, 4), 11,
+             "middle");
+    const double right = box.xmax + 0.06 * size, below = box.ymin - 0.06 * size;
+    svg.Dimension({right, g.y}, {right, g.y + p.m_AxeX.vPositif}, Fixed(p.m_AxeX.vPositif, 4));
+    svg.Dimension({right, g.y}, {right, g.y - p.m_AxeX.vNegatif}, Fixed(p.m_AxeX.vNegatif, 4));
+    svg.Dimension({g.x, below}, {g.x + p.m_AxeY.vPositif, below}, Fixed(p.m_AxeY.vPositif, 4));
+    svg.Dimension({g.x, below}, {g.x - p.m_AxeY.vNegatif, below}, Fixed(p.m_AxeY.vNegatif, 4));
+    svg.Marker({g, "G (" + Fixed(p.m_Xg, 4) + ", " + Fixed(p.m_Yg, 4) + ")"}, "#c0392b");
+    return svg.Save(path);
+}
+} // namespace
+
 int SectionCommand(const Options& o)
 {
     SectionInput in = o.file.empty() ? ExampleSectionInput() : ReadSectionInput(o.file);
-    // Contours counter-clockwise and openings clockwise, so that openings subtract.
-    CListePolygone l1, l2;
+    CListePolygone contours, openings;
     for (const Contour& c : in.contours)
-        l1.AddTail(new CPolygone(ToPolygone(Oriented(c, true))));
+        contours.AddTail(new CPolygone(ToPolygone(c)));
     for (const Contour& c : in.openings)
-        l2.AddTail(new CPolygone(ToPolygone(Oriented(c, false))));
-    CSectionGenerale s;
-    s.CaracteristiquesSectionsPolygone(l1, l2);
+        openings.AddTail(new CPolygone(ToPolygone(c)));
+    CProprietesSection p;
+    if (!p.Calcule(contours, openings))
+        throw InputError(in.source, "openings", "the openings leave the section no area");
 
-    const double area = std::fabs(s.Aire);
-    const double xg = s.SY / s.Aire, yg = s.SX / s.AireY;
-    const double angleDeg = s.Angle * 180.0 / kPi;
     std::string picture = PathIn(o.outDir, "section.svg");
     bool pictureWritten = false;
     if (!o.noPicture)
     {
-        Box box;
-        for (const Contour& c : in.contours)
-            box.Add(c);
-        const double size = std::max(box.Width(), box.Height());
-        SvgPicture svg(box, 0.1 * size);
-        svg.Title("prefa section - area " + Fixed(area, 6) + " m2");
-        for (const Contour& c : in.contours)
-            svg.Outline(c, "#1f4e9a", 2.0);
-        for (const Contour& c : in.openings)
-            svg.Outline(c, "#9a1f1f", 1.5, true);
-        double half = 0.45 * size;
-        Point2 g{xg, yg};
-        for (double a : {s.Angle, s.Angle + kPi / 2})
-            svg.Line({g.x - half * std::cos(a), g.y - half * std::sin(a)}, {g.x + half * std::cos(a), g.y + half * std::sin(a)},
-                     "#c0392b", 1.2, true);
-        svg.Marker({g, "G (" + Fixed(xg, 4) + ", " + Fixed(yg, 4) + ")"}, "#c0392b");
-        pictureWritten = svg.Save(picture);
+        pictureWritten = SectionPicture(in, p, picture);
         if (!pictureWritten)
         {
             std::fprintf(stderr, "prefa section: %s: the picture cannot be written\n", picture.c_str());
@@ -213,31 +278,63 @@ int SectionCommand(const Options& o)
     if (o.json)
     {
         nlohmann::json j = {{"source", in.source},
-                            {"area", area},
-                            {"centroid", {xg, yg}},
-                            {"Ixx_centroid", s.IxG},
-                            {"Iyy_centroid", s.IyG},
-                            {"Ixy_centroid", s.IxyG},
-                            {"I1", s.I1},
-                            {"I2", s.I2},
-                            {"principal_angle_deg", angleDeg},
-                            {"perimeter_contours", s.Perimetre1},
-                            {"perimeter_openings", s.Perimetre2}};
+                            {"area", p.m_Aire},
+                            {"centroid", {p.m_Xg, p.m_Yg}},
+                            {"Ixx_centroid", p.m_AxeX.I},
+                            {"Iyy_centroid", p.m_AxeY.I},
+                            {"Ixy_centroid", p.m_Ixy},
+                            {"I1", p.m_Axe1.I},
+                            {"I2", p.m_Axe2.I},
+                            {"principal_angle_deg", p.m_Angle},
+                            {"angle_convention", kAngleConvention},
+                            {"axes",
+                             {{"x", AxisJson(p.m_AxeX)},
+                              {"y", AxisJson(p.m_AxeY)},
+                              {"1", AxisJson(p.m_Axe1)},
+                              {"2", AxisJson(p.m_Axe2)}}},
+                            {"positive_sides", kPositiveSides},
+                            {"plastic",
+                             {{"x", {{"axis_y", p.m_PlastiqueX.position}, {"W_pl", p.m_PlastiqueX.W}}},
+                              {"y", {{"axis_x", p.m_PlastiqueY.position}, {"W_pl", p.m_PlastiqueY.W}}}}},
+                            {"perimeter_contours", p.m_Perimetre1},
+                            {"perimeter_openings", p.m_Perimetre2},
+                            {"bounding_box", {p.m_Xmin, p.m_Ymin, p.m_Xmax, p.m_Ymax}}};
         if (pictureWritten)
             j["picture"] = picture;
         std::printf("%s\n", j.dump(2).c_str());
         return 0;
     }
+    auto row = [](const char* label, const std::string& a, const std::string& b = "") {
+        std::printf("%-44s %16s %16s\n", label, a.c_str(), b.c_str());
+    };
+    auto e = [](double v) {
+        char buf[32];
+        std::snprintf(buf, sizeof buf, "%.6e", v);
+        return std::string(buf);
+    };
     std::printf("prefa section: %s\n\n", in.source.c_str());
-    std::printf("%-36s %16s\n", "area (m2)", Fixed(area, 8).c_str());
-    std::printf("%-36s %16s %16s\n", "centroid x, y (m)", Fixed(xg, 6).c_str(), Fixed(yg, 6).c_str());
-    std::printf("%-36s %16.6e\n", "Ixx about the centroid (m4)", s.IxG);
-    std::printf("%-36s %16.6e\n", "Iyy about the centroid (m4)", s.IyG);
-    std::printf("%-36s %16.6e\n", "Ixy about the centroid (m4)", s.IxyG);
-    std::printf("%-36s %16.6e %16.6e\n", "principal moments I1, I2 (m4)", s.I1, s.I2);
-    std::printf("%-36s %16s\n", "principal angle (degrees)", Fixed(angleDeg, 4).c_str());
-    std::printf("%-36s %16s\n", "perimeter of the contours (m)", Fixed(s.Perimetre1, 6).c_str());
-    std::printf("%-36s %16s\n", "perimeter of the openings (m)", Fixed(s.Perimetre2, 6).c_str());
+    row("area (m2)", Fixed(p.m_Aire, 8));
+    row("centroid x, y (m)", Fixed(p.m_Xg, 6), Fixed(p.m_Yg, 6));
+    row("Ixx, Iyy about the centroid (m4)", e(p.m_AxeX.I), e(p.m_AxeY.I));
+    row("Ixy about the centroid (m4)", e(p.m_Ixy));
+    row("principal moments I1, I2 (m4)", e(p.m_Axe1.I), e(p.m_Axe2.I));
+    row("principal angle (degrees)", Fixed(p.m_Angle, 4));
+    row("radii of gyration ix, iy (m)", Fixed(p.m_AxeX.i, 6), Fixed(p.m_AxeY.i, 6));
+    row("radii of gyration i1, i2 (m)", Fixed(p.m_Axe1.i, 6), Fixed(p.m_Axe2.i, 6));
+    row("extreme fibres from x: above, below (m)", Fixed(p.m_AxeX.vPositif, 6), Fixed(p.m_AxeX.vNegatif, 6));
+    row("elastic moduli about x: above, below (m3)", e(p.m_AxeX.WPositif), e(p.m_AxeX.WNegatif));
+    row("extreme fibres from y: right, left (m)", Fixed(p.m_AxeY.vPositif, 6), Fixed(p.m_AxeY.vNegatif, 6));
+    row("elastic moduli about y: right, left (m3)", e(p.m_AxeY.WPositif), e(p.m_AxeY.WNegatif));
+    row("extreme fibres from axis 1: +, - (m)", Fixed(p.m_Axe1.vPositif, 6), Fixed(p.m_Axe1.vNegatif, 6));
+    row("elastic moduli about axis 1: +, - (m3)", e(p.m_Axe1.WPositif), e(p.m_Axe1.WNegatif));
+    row("extreme fibres from axis 2: +, - (m)", Fixed(p.m_Axe2.vPositif, 6), Fixed(p.m_Axe2.vNegatif, 6));
+    row("elastic moduli about axis 2: +, - (m3)", e(p.m_Axe2.WPositif), e(p.m_Axe2.WNegatif));
+    row("plastic neutral axis y, modulus (m, m3)", Fixed(p.m_PlastiqueX.position, 6), e(p.m_PlastiqueX.W));
+    row("plastic neutral axis x, modulus (m, m3)", Fixed(p.m_PlastiqueY.position, 6), e(p.m_PlastiqueY.W));
+    row("perimeter of the contours, openings (m)", Fixed(p.m_Perimetre1, 6), Fixed(p.m_Perimetre2, 6));
+    row("box: lower left (m)", Fixed(p.m_Xmin, 6), Fixed(p.m_Ymin, 6));
+    row("box: upper right (m)", Fixed(p.m_Xmax, 6), Fixed(p.m_Ymax, 6));
+    std::printf("\n%s", kConventionsText);
     if (pictureWritten)
         std::printf("\npicture: %s\n", picture.c_str());
     return 0;
@@ -249,8 +346,10 @@ std::string MainHelp()
            "commands:\n"
            "  fire      temperatures of a concrete section exposed to fire, at its bars,\n"
            "            and a picture of the field (fire.svg)\n"
-           "  section   area, centroid, second moments, principal axes and perimeters of a\n"
-           "            section, and a picture (section.svg)\n\n"
+           "  section   area, centroid, second moments, principal axes, elastic and plastic\n"
+           "            moduli of a section, and a picture (section.svg)\n"
+           "  pack      pack a project folder into a zip archive to send it\n"
+           "  unpack    unpack such an archive into a new project folder\n\n"
            "Without FILE each command runs its built-in example. 'prefa <command> --help'\n"
            "shows the input format.\n";
 }
@@ -284,13 +383,17 @@ std::string FireHelp()
 std::string SectionHelp()
 {
     return std::string("usage: prefa section [FILE.json] [--json] [--out DIR] [--no-picture]\n\n"
-                       "Prints the area, centroid, second moments and product of inertia about the\n"
-                       "centroid, principal moments and angle, and perimeters of a section; writes\n"
-                       "section.svg (contours, centroid, principal axes) into DIR.\n\n"
-                       "Input (metres):\n"
-                       "  contours   [contour, ...]  the section's contours, each [[x, y], ...]\n"
-                       "  openings   [contour, ...]  holes, subtracted from the section (optional)\n\n"
-                       "Example (examples/angle.json, the built-in example):\n") +
+                       "Prints the exact properties of a section: area, centroid, second moments and\n"
+                       "product of inertia about the centroid, principal moments and angle, radii of\n"
+                       "gyration, extreme fibres and elastic moduli about the x, y and principal axes,\n"
+                       "plastic neutral axes and plastic moduli about x and y, perimeters and box.\n"
+                       "Writes section.svg (contours, centroid, principal and plastic neutral axes, the\n"
+                       "distances to the extreme fibres) into DIR.\n\n") +
+           kConventionsText +
+           "\nInput (metres):\n"
+           "  contours   [contour, ...]  the section's contours, each [[x, y], ...], either way round\n"
+           "  openings   [contour, ...]  holes, subtracted from the section (optional)\n\n"
+           "Example (examples/angle.json, the built-in example):\n" +
            kSectionExampleJson;
 }
 

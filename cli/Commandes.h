@@ -15,6 +15,10 @@ struct Options
     bool json = false;     // results as JSON on standard output
     bool help = false;
     bool noPicture = false;
+    std::string target;    // pack, unpack: the second operand (archive or folder)
+    std::string password;  // pack, unpack: --password, else $PREFA_ZIP_PASSWORD
+    bool passwordGiven = false;
+    bool aes = false;      // pack: AES-256 rather than the traditional encryption
 };
 
 // Parses the arguments after the sub-command's name; throws InputError on a bad one.
@@ -22,9 +26,13 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
 
 int FireCommand(const Options& o);
 int SectionCommand(const Options& o);
+int PackCommand(const Options& o);
+int UnpackCommand(const Options& o);
 
 std::string FireHelp();
 std::string SectionHelp();
+std::string PackHelp();
+std::string UnpackHelp();
 std::string MainHelp();
 
 // Joins a folder and a file name.

@@ -112,8 +112,9 @@ json Parse(const std::string& source, const std::string& text)
             throw InputError(source, "", "the file must hold one JSON object");
         return root;
     }
-    catch (const json::parse_error& e)
+    catch (const json::exception& e)
     {
+        // Syntax errors, and numbers beyond the doubles (out_of_range), alike.
         throw InputError(source, "", std::string("not valid JSON (") + e.what() + ")");
     }
 }
@@ -295,22 +296,32 @@ SectionInput SectionFromJson(const std::string& source, const json& root)
 
 FireInput ReadFireInput(const std::string& path)
 {
-    return FireFromJson(path, Parse(path, ReadFile(path)));
+    return ParseFireInput(path, ReadFile(path));
+}
+
+FireInput ParseFireInput(const std::string& source, const std::string& text)
+{
+    return FireFromJson(source, Parse(source, text));
 }
 
 FireInput ExampleFireInput()
 {
-    return FireFromJson("built-in example", Parse("built-in example", kFireExampleJson));
+    return ParseFireInput("built-in example", kFireExampleJson);
 }
 
 SectionInput ReadSectionInput(const std::string& path)
 {
-    return SectionFromJson(path, Parse(path, ReadFile(path)));
+    return ParseSectionInput(path, ReadFile(path));
+}
+
+SectionInput ParseSectionInput(const std::string& source, const std::string& text)
+{
+    return SectionFromJson(source, Parse(source, text));
 }
 
 SectionInput ExampleSectionInput()
 {
-    return SectionFromJson("built-in example", Parse("built-in example", kSectionExampleJson));
+    return ParseSectionInput("built-in example", kSectionExampleJson);
 }
 
 const char* MethodName(Method m)

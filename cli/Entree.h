@@ -62,6 +62,9 @@ struct SectionInput
 FireInput ReadFireInput(const std::string& path);
 FireInput ExampleFireInput();
 SectionInput ReadSectionInput(const std::string& path);
+// The same from a JSON text already in memory; source names it in the errors.
+FireInput ParseFireInput(const std::string& source, const std::string& text);
+SectionInput ParseSectionInput(const std::string& source, const std::string& text);
 SectionInput ExampleSectionInput();
 
 const char* MethodName(Method m);

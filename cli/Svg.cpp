@@ -232,11 +232,28 @@ void SvgPicture::Marker(const Label& l, const std::string& colour)
               EscapeXml(l.text) + "</text></g>\n";
 }
 
-void SvgPicture::Line(Point2 a, Point2 b, const std::string& colour, double width, bool dashed)
+void SvgPicture::Line(Point2 a, Point2 b, const std::string& colour, double width, bool dashed, const std::string& cls)
 {
-    m_body += "<line x1=\"" + Num(X(a.x)) + "\" y1=\"" + Num(Y(a.y)) + "\" x2=\"" + Num(X(b.x)) + "\" y2=\"" +
-              Num(Y(b.y)) + "\" stroke=\"" + colour + "\" stroke-width=\"" + Num(width) + "\"" +
-              (dashed ? " stroke-dasharray=\"8 4 2 4\"" : "") + "/>\n";
+    m_body += "<line " + (cls.empty() ? std::string() : "class=\"" + cls + "\" ") + "x1=\"" + Num(X(a.x)) + "\" y1=\"" +
+              Num(Y(a.y)) + "\" x2=\"" + Num(X(b.x)) + "\" y2=\"" + Num(Y(b.y)) + "\" stroke=\"" + colour +
+              "\" stroke-width=\"" + Num(width) + "\"" + (dashed ? " stroke-dasharray=\"8 4 2 4\"" : "") + "/>\n";
+}
+
+void SvgPicture::Dimension(Point2 a, Point2 b, const std::string& text)
+{
+    const double xa = X(a.x), ya = Y(a.y), xb = X(b.x), yb = Y(b.y);
+    const bool upright = std::fabs(yb - ya) > std::fabs(xb - xa);
+    // Ticks across the line at both ends.
+    auto tick = [&](double x, double y) {
+        return upright ? "M" + Num(x - 5) + " " + Num(y) + "h10" : "M" + Num(x) + " " + Num(y - 5) + "v10";
+    };
+    m_body += "<g class=\"fibre\" font-family=\"sans-serif\" font-size=\"11\"><path d=\"M" + Num(xa) + " " +
+              Num(ya) + "L" + Num(xb) + " " + Num(yb) + tick(xa, ya) + tick(xb, yb) +
+              "\" stroke=\"#555555\" stroke-width=\"1\" fill=\"none\"/>";
+    const double xm = (xa + xb) / 2, ym = (ya + yb) / 2;
+    m_body += upright ? "<text x=\"" + Num(xm + 7) + "\" y=\"" + Num(ym + 4) + "\">"
+                      : "<text x=\"" + Num(xm) + "\" y=\"" + Num(ym + 15) + "\" text-anchor=\"middle\">";
+    m_body += EscapeXml(text) + "</text></g>\n";
 }
 
 void SvgPicture::Text(Point2 p, const std::string& text, double size, const std::string& anchor)

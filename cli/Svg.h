@@ -68,7 +68,11 @@ public:
     void Legend(double tmin, double tmax, double step, const std::string& title);
     void Outline(const Contour& c, const std::string& colour, double width, bool dashed = false);
     void Marker(const Label& l, const std::string& colour);
-    void Line(Point2 a, Point2 b, const std::string& colour, double width, bool dashed = false);
+    void Line(Point2 a, Point2 b, const std::string& colour, double width, bool dashed = false,
+              const std::string& cls = "");
+    // A dimension line from a to b with end ticks and its text beside it (right of an
+    // upright one, below a level one).
+    void Dimension(Point2 a, Point2 b, const std::string& text);
     void Text(Point2 p, const std::string& text, double size, const std::string& anchor = "start");
     void Title(const std::string& text);
 

@@ -34,7 +34,8 @@ int main(int argc, char** argv)
             std::string (*help)();
             int (*run)(const Options&);
         };
-        static const Command commands[] = {{"fire", FireHelp, FireCommand}, {"section", SectionHelp, SectionCommand}};
+        static const Command commands[] = {{"fire", FireHelp, FireCommand}, {"section", SectionHelp, SectionCommand},
+                                           {"pack", PackHelp, PackCommand}, {"unpack", UnpackHelp, UnpackCommand}};
         for (const Command& c : commands)
         {
             if (command != c.name)
@@ -47,7 +48,7 @@ int main(int argc, char** argv)
             }
             return c.run(o);
         }
-        std::fprintf(stderr, "prefa: unknown command \"%s\" (fire, section, --help)\n", command.c_str());
+        std::fprintf(stderr, "prefa: unknown command \"%s\" (fire, section, pack, unpack, --help)\n", command.c_str());
         return 2;
     }
     catch (const InputError& e)

@@ -3,6 +3,8 @@
 #include "CodePage.h"
 
 #include <algorithm>
+#include <cwchar>
+#include <limits>
 
 CArchive::CArchive(CFile* pFile, UINT nMode, int nBufSize, void* lpBuf)
     : m_pFile(pFile), m_nMode(nMode)
@@ -195,15 +197,20 @@ ULONGLONG CArchive::ReadStringLength(bool* pbUnicode)
     return qw;
 }
 
-CArchive& CArchive::operator<<(const CString& s)
+void CArchive::WriteUnits(const std::u16string& u)
 {
-    std::u16string u = AfxWideToUtf16(s.Std());
-    WriteStringLength(u.size(), true);
     if (LittleEndian())
         Write(u.data(), (UINT)(u.size() * 2));
     else
         for (char16_t c : u)
             *this << (WORD)c;
+}
+
+CArchive& CArchive::operator<<(const CString& s)
+{
+    std::u16string u = AfxWideToUtf16(s.Std());
+    WriteStringLength(u.size(), true);
+    WriteUnits(u);
     return *this;
 }
 
@@ -266,4 +273,123 @@ CArchive& CArchive::operator>>(CStringA& s)
     else
         s = CStringA(ReadBytes(*this, n));
     return *this;
+}
+
+void CArchive::WriteCount(DWORD_PTR dwCount)
+{
+    if (dwCount < 0xFFFF)
+    {
+        *this << (WORD)dwCount;
+        return;
+    }
+    *this << (WORD)0xFFFF;
+    if (dwCount < 0xFFFFFFFFu)
+    {
+        *this << (DWORD)dwCount;
+        return;
+    }
+    *this << (DWORD)0xFFFFFFFFu;
+    *this << (ULONGLONG)dwCount;
+}
+
+DWORD_PTR CArchive::ReadCount()
+{
+    WORD w;
+    *this >> w;
+    if (w != 0xFFFF)
+        return w;
+    DWORD dw;
+    *this >> dw;
+    if (dw != 0xFFFFFFFFu)
+        return dw;
+    ULONGLONG qw;
+    *this >> qw;
+    if (qw > (ULONGLONG)std::numeric_limits<DWORD_PTR>::max())
+        Throw(CArchiveException::badIndex);
+    return (DWORD_PTR)qw;
+}
+
+// ---- text lines ----
+
+bool CArchive::Buffered(std::size_t nCount)
+{
+    if (m_nBufEnd - m_nBufPos >= nCount)
+        return true;
+    std::memmove(m_buffer.data(), m_buffer.data() + m_nBufPos, m_nBufEnd - m_nBufPos);
+    m_nBufEnd -= m_nBufPos;
+    m_nBufPos = 0;
+    while (m_nBufEnd < nCount)
+    {
+        UINT n = m_pFile->Read(m_buffer.data() + m_nBufEnd, (UINT)(m_buffer.size() - m_nBufEnd));
+        if (n == 0)
+            return false;
+        m_nBufEnd += n;
+    }
+    return true;
+}
+
+char16_t CArchive::BufferedUnit(std::size_t nOffset) const
+{
+    const BYTE* p = m_buffer.data() + m_nBufPos + nOffset;
+    return (char16_t)(p[0] | (p[1] << 8));
+}
+
+bool CArchive::ReadLineUnits(std::u16string& line, std::size_t nRoom, bool bKeepEnd)
+{
+    CheckMode(true);
+    bool consumed = false;
+    while (Buffered(2))
+    {
+        char16_t c = BufferedUnit(0);
+        std::size_t nEnd = c == u'\n' ? 2 : (c == u'\r' && Buffered(4) && BufferedUnit(2) == u'\n') ? 4 : 0;
+        if (nEnd)
+        {
+            if (bKeepEnd)
+            {
+                if (line.size() >= nRoom)
+                    break; // the next call returns the line end alone
+                line += u'\n';
+            }
+            m_nBufPos += nEnd;
+            return true;
+        }
+        // A surrogate pair is not cut by the limit.
+        bool pair = c >= 0xD800 && c < 0xDC00;
+        if (line.size() + (pair ? 2 : 1) > nRoom)
+            break;
+        line += c;
+        m_nBufPos += 2;
+        consumed = true;
+        if (pair && Buffered(2))
+        {
+            line += BufferedUnit(0);
+            m_nBufPos += 2;
+        }
+    }
+    return consumed;
+}
+
+void CArchive::WriteString(LPCTSTR lpsz)
+{
+    if (lpsz)
+        WriteUnits(AfxWideToUtf16(lpsz));
+}
+
+BOOL CArchive::ReadString(CString& rString)
+{
+    std::u16string line;
+    bool any = ReadLineUnits(line, line.max_size(), false);
+    rString = CString(AfxUtf16ToWide(line.data(), line.size()));
+    return any ? TRUE : FALSE;
+}
+
+LPTSTR CArchive::ReadString(LPTSTR lpsz, UINT nMax)
+{
+    if (lpsz == nullptr || nMax == 0)
+        AfxThrowInvalidArgException();
+    std::u16string line;
+    bool any = ReadLineUnits(line, nMax - 1, true);
+    std::wstring w = AfxUtf16ToWide(line.data(), line.size());
+    std::wmemcpy(lpsz, w.c_str(), w.size() + 1);
+    return any ? lpsz : nullptr;
 }

@@ -27,6 +27,33 @@ CString MessageNommant(const wchar_t* const* texts, int nCount, int nCause, int 
 }
 } // namespace
 
+void CException::Delete()
+{
+    if (m_pLink)
+        m_pLink->m_pException = nullptr;
+    delete this;
+}
+
+AfxExceptionLink::~AfxExceptionLink()
+{
+    if (m_pException)
+        m_pException->Delete();
+}
+
+void AfxExceptionLink::Own(CException* e)
+{
+    m_pException = e;
+    if (e)
+        e->m_pLink = this;
+}
+
+void AfxExceptionLink::Release()
+{
+    if (m_pException)
+        m_pException->m_pLink = nullptr;
+    m_pException = nullptr;
+}
+
 BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpContext) const
 {
     if (pnHelpContext)
@@ -44,6 +71,16 @@ BOOL CException::GetErrorMessage(LPTSTR lpszError, UINT nMaxError, PUINT pnHelpC
 CString CException::GetMessageText() const
 {
     return CString();
+}
+
+int CException::ReportError(UINT nType, UINT nMessageID)
+{
+    wchar_t text[512];
+    if (GetErrorMessage(text, 512))
+        return AfxMessageBox(text, nType);
+    if (nMessageID != 0)
+        return AfxMessageBox(nMessageID, nType);
+    return AfxMessageBox(L"No error message is available.", nType);
 }
 
 CString CMemoryException::GetMessageText() const

@@ -1,13 +1,13 @@
 #include "CFile.h"
 
 #include "CodePage.h"
+#include "FileFault.h"
 #include "System.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
-#include <random>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -29,9 +29,21 @@ HANDLE H(INT_PTR h)
     return (HANDLE)h;
 }
 #else
+// The POSIX path of a name already checked by Open.
 std::string NativePath(LPCTSTR psz)
 {
-    return AfxWideToUtf8(psz ? std::wstring(psz) : std::wstring());
+    std::string path;
+    AfxPosixPath(psz, &path);
+    return path;
+}
+
+// Raises the bad-path file exception for a name no POSIX file can have.
+std::string CheckedPath(LPCTSTR psz)
+{
+    std::string path;
+    if (!AfxPosixPath(psz, &path))
+        AfxThrowFileException(CFileException::badPath, ENOENT, psz);
+    return path;
 }
 #endif
 } // namespace
@@ -108,6 +120,8 @@ UINT CFile::Read(void* lpBuf, UINT nCount)
 
 void CFile::Write(const void* lpBuf, UINT nCount)
 {
+    if (LONG fault = AfxFileFault(afxFileWrite))
+        ThrowOsError(fault);
     DWORD done = 0;
     if (!::WriteFile(H(m_hFile), lpBuf, nCount, &done, nullptr) || done != nCount)
         ThrowOsError((LONG)::GetLastError());
@@ -148,7 +162,11 @@ void CFile::SetLength(ULONGLONG dwNewLen)
 
 void CFile::Flush()
 {
-    if (m_hFile != hFileNull && !::FlushFileBuffers(H(m_hFile)))
+    if (m_hFile == hFileNull)
+        return;
+    if (LONG fault = AfxFileFault(afxFileFlush))
+        ThrowOsError(fault);
+    if (!::FlushFileBuffers(H(m_hFile)))
         ThrowOsError((LONG)::GetLastError());
 }
 
@@ -227,32 +245,37 @@ BOOL CFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pError)
     int flags = (nOpenFlags & 3) == modeWrite ? O_WRONLY : (nOpenFlags & 3) == modeReadWrite ? O_RDWR : O_RDONLY;
     if (nOpenFlags & modeCreate)
         flags |= O_CREAT | ((nOpenFlags & modeNoTruncate) ? 0 : O_TRUNC);
-    flags |= O_CLOEXEC;
+    // O_NONBLOCK: a pipe under a record's name must be refused below, not waited on.
+    flags |= O_CLOEXEC | O_NONBLOCK;
     // Share modes are advisory on POSIX: nothing shuts other processes out.
-    int fd = ::open(NativePath(lpszFileName).c_str(), flags, 0666);
+    std::string path;
+    const bool bPosixPath = AfxPosixPath(lpszFileName, &path);
+    int fd = bPosixPath ? ::open(path.c_str(), flags, 0666) : -1;
     if (fd < 0)
     {
-        int err = errno;
+        int err = bPosixPath ? errno : ENOENT;
         if (pError)
         {
-            pError->m_cause = CFileException::OsErrorToException(err);
+            pError->m_cause = bPosixPath ? CFileException::OsErrorToException(err) : CFileException::badPath;
             pError->m_lOsError = err;
             pError->m_strFileName = lpszFileName;
         }
         return FALSE;
     }
+    // Only regular files hold data: a folder, a pipe or a device is refused.
     struct stat st;
-    if (::fstat(fd, &st) == 0 && S_ISDIR(st.st_mode))
+    if (::fstat(fd, &st) == 0 && !S_ISREG(st.st_mode))
     {
         ::close(fd);
         if (pError)
         {
             pError->m_cause = CFileException::accessDenied;
-            pError->m_lOsError = EISDIR;
+            pError->m_lOsError = S_ISDIR(st.st_mode) ? EISDIR : EINVAL;
             pError->m_strFileName = lpszFileName;
         }
         return FALSE;
     }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
     m_hFile = fd;
     return TRUE;
 }
@@ -278,6 +301,8 @@ UINT CFile::Read(void* lpBuf, UINT nCount)
 
 void CFile::Write(const void* lpBuf, UINT nCount)
 {
+    if (LONG fault = AfxFileFault(afxFileWrite))
+        ThrowOsError(fault);
     UINT total = 0;
     while (total < nCount)
     {
@@ -325,7 +350,11 @@ void CFile::SetLength(ULONGLONG dwNewLen)
 
 void CFile::Flush()
 {
-    if (m_hFile != hFileNull && ::fsync((int)m_hFile) != 0 && errno != EINVAL)
+    if (m_hFile == hFileNull)
+        return;
+    if (LONG fault = AfxFileFault(afxFileFlush))
+        ThrowOsError(fault);
+    if (::fsync((int)m_hFile) != 0 && errno != EINVAL)
         ThrowOsError(errno);
 }
 
@@ -351,7 +380,7 @@ void CFile::Abort()
 
 void CFile::Remove(LPCTSTR lpszFileName)
 {
-    if (::unlink(NativePath(lpszFileName).c_str()) != 0)
+    if (::unlink(CheckedPath(lpszFileName).c_str()) != 0)
     {
         int err = errno;
         AfxThrowFileException(CFileException::OsErrorToException(err), err, lpszFileName);
@@ -360,7 +389,7 @@ void CFile::Remove(LPCTSTR lpszFileName)
 
 void CFile::Rename(LPCTSTR lpszOldName, LPCTSTR lpszNewName)
 {
-    if (::rename(NativePath(lpszOldName).c_str(), NativePath(lpszNewName).c_str()) != 0)
+    if (::rename(CheckedPath(lpszOldName).c_str(), CheckedPath(lpszNewName).c_str()) != 0)
     {
         int err = errno;
         AfxThrowFileException(CFileException::OsErrorToException(err), err, lpszOldName);
@@ -441,36 +470,28 @@ BOOL CMirrorFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pE
 {
     if (!(nOpenFlags & modeCreate) || (nOpenFlags & modeNoTruncate) || (nOpenFlags & 3) == modeRead)
         return CFile::Open(lpszFileName, nOpenFlags, pError);
-    // The temporary name sits in the target's folder so that the final rename stays
-    // within one file system and is atomic.
-    std::random_device rd;
-    for (int attempt = 0; attempt < 16; ++attempt)
+    if (m_hFile != hFileNull)
+        Abort();
+    // The temporary file sits in the target's folder so that the final rename stays
+    // within one file system and is atomic; the litter of interrupted saves of the
+    // same target goes on the way.
+    CString mirror;
+    LONG err = 0;
+    INT_PTR h = AfxCreateTempFileBeside(lpszFileName, mirror, &err);
+    if (h == hFileNull)
     {
-        CString mirror;
-        mirror.Format(L"%s.~%08x", lpszFileName, (unsigned)rd());
-        if (_waccess(mirror, 0) == 0)
-            continue;
-        CFileException e;
-        if (CFile::Open(mirror, nOpenFlags, &e))
-        {
-            m_strMirrorName = mirror;
-            m_strFileName = lpszFileName;
-            return TRUE;
-        }
         if (pError)
         {
-            *pError = e;
+            pError->m_cause = CFileException::OsErrorToException(err);
+            pError->m_lOsError = err;
             pError->m_strFileName = lpszFileName;
         }
         return FALSE;
     }
-    if (pError)
-    {
-        pError->m_cause = CFileException::genericException;
-        pError->m_lOsError = EEXIST;
-        pError->m_strFileName = lpszFileName;
-    }
-    return FALSE;
+    m_hFile = h;
+    m_strMirrorName = mirror;
+    m_strFileName = lpszFileName;
+    return TRUE;
 }
 
 void CMirrorFile::Close()
@@ -484,17 +505,26 @@ void CMirrorFile::Close()
     m_strMirrorName.Empty();
     try
     {
+        // The bytes reach the disk before the name does: a crash after the rename
+        // must find the new record whole.
         CFile::Flush();
-        CFile::Close();
 #ifdef _WIN32
+        CFile::Close();
+        if (LONG fault = AfxFileFault(afxFileRename))
+            ThrowOsError(fault);
         if (!::MoveFileExW(mirror, m_strFileName, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
         {
             LONG err = (LONG)::GetLastError();
             AfxThrowFileException(CFileException::OsErrorToException(err), err, m_strFileName);
         }
 #else
+        // Renamed while still open, so that the file stays marked in use (locked)
+        // for as long as it has its temporary name.
+        if (LONG fault = AfxFileFault(afxFileRename))
+            ThrowOsError(fault);
         if (::rename(NativePath(mirror).c_str(), NativePath(m_strFileName).c_str()) != 0)
             ThrowOsError(errno);
+        CFile::Abort(); // the record is in place and on disk: nothing left to fail
 #endif
     }
     catch (CException*)

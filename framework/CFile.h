@@ -1,6 +1,8 @@
 // Binary files with the framework's open flags. On Windows the share modes are
 // enforced by the system; on POSIX they are accepted and advisory only (other
-// processes are not shut out).
+// processes are not shut out). On POSIX a caller's backslashes are separators
+// ("dir\\sub\\x.bin" opens dir/sub/x.bin), and a name that begins with a drive letter
+// fails with the bad-path cause (see AfxPosixPath in System.h).
 #pragma once
 
 #include "CException.h"
@@ -103,8 +105,10 @@ private:
 };
 
 // A file written under a temporary name in the target's folder and moved over the
-// target only by Close(), so that a failed or interrupted save leaves the previous
-// file as it was. Abort() (or destruction without Close) discards the new bytes.
+// target only by Close(), once flushed to the disk, so that a failed or interrupted
+// save leaves the previous file as it was. Abort() (or destruction without Close)
+// discards the new bytes; the temporary file of a killed save is removed by the next
+// save of the same target (AfxCreateTempFileBeside).
 class CMirrorFile : public CFile
 {
     DECLARE_DYNAMIC(CMirrorFile)

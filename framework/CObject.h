@@ -1,5 +1,8 @@
 // The serialisable object base and its run-time classes: a class declared with
-// DECLARE_SERIAL / IMPLEMENT_SERIAL can be named, created by name and tested for kind.
+// DECLARE_SERIAL / IMPLEMENT_SERIAL can be named, created by name, tested for kind and
+// read back through a pointer of its own type (ar >> pMine), as in the framework.
+// Class names are the registry's keys: two serialisable classes of one name (in two
+// anonymous namespaces, say) cannot both be read from archives.
 #pragma once
 
 #include "Types.h"
@@ -16,6 +19,11 @@ struct CRuntimeClass
     CRuntimeClass* (*m_pfnGetBaseClass)();
 
     CObject* CreateObject() const;
+    // The class as the archive names it: schema (16 bits), name length (16 bits), name.
+    void Store(CArchive& ar) const;
+    // Reads what Store wrote and finds the class in the registry (null when none has
+    // that name); *pwSchemaNum receives the schema the stream gives.
+    static CRuntimeClass* Load(CArchive& ar, UINT* pwSchemaNum);
     BOOL IsDerivedFrom(const CRuntimeClass* pBaseClass) const;
     CRuntimeClass* GetBaseClass() const { return m_pfnGetBaseClass ? m_pfnGetBaseClass() : nullptr; }
 
@@ -57,7 +65,16 @@ public:                                                \
     DECLARE_DYNAMIC(class_name)                        \
     static CObject* CreateObject();
 
-#define DECLARE_SERIAL(class_name) DECLARE_DYNCREATE(class_name)
+// ReadObject through a declaration of the archive alone (CArchive.h includes this file).
+CObject* AfxReadObject(CArchive& ar, const CRuntimeClass* pClassRefRequested);
+
+#define DECLARE_SERIAL(class_name)                                                        \
+    DECLARE_DYNCREATE(class_name)                                                         \
+    friend CArchive& operator>>(CArchive& ar, class_name*& pOb)                           \
+    {                                                                                     \
+        pOb = static_cast<class_name*>(AfxReadObject(ar, RUNTIME_CLASS(class_name)));     \
+        return ar;                                                                        \
+    }
 
 #define PREFA_IMPLEMENT_RUNTIMECLASS(class_name, base_class_name, wSchema, pfnNew)      \
     CRuntimeClass* class_name::GetThisClass()                                            \

@@ -1,6 +1,10 @@
 // CString (wide text) and CStringA (narrow text in the ANSI code page), with the
-// framework's operations. Format follows printf rules through {fmt}'s printf API:
-// in a CString format, %s takes a wide text (a CString or a const wchar_t*).
+// framework's operations. Texts of the other width convert through the ANSI code
+// page (a character it lacks becomes '?') when constructed, assigned or compared.
+// Format follows printf rules through {fmt}'s printf API with the framework's
+// spellings (%I64d, %S, %C, %hs, %ls ...): in a CString format, %s takes a wide text
+// (a CString or a const wchar_t*) and %S a narrow one. A malformed format raises the
+// invalid-argument exception (CInvalidArgException*): see CStringFormat.h.
 #pragma once
 
 #include "CodePage.h"
@@ -11,9 +15,6 @@
 #include <cwchar>
 #include <cwctype>
 #include <string>
-
-#include <fmt/printf.h>
-#include <fmt/xchar.h>
 
 [[noreturn]] void AfxThrowInvalidArgException();
 // The application's string table (see MessageBox.h).
@@ -157,17 +158,13 @@ public:
         m_s.resize((std::size_t)std::min(nNewLength, GetLength()));
     }
 
-    // printf-style formatting through {fmt}; a bad format raises the invalid-argument exception.
+    // printf-style formatting with the framework's spellings (CStringFormat.h); a
+    // malformed format, or an argument that does not match it, raises the
+    // invalid-argument exception and leaves the text as it was.
     template <typename... Args>
-    void Format(PCXSTR pszFormat, const Args&... args)
-    {
-        m_s = Sprintf(pszFormat, args...);
-    }
+    void Format(PCXSTR pszFormat, const Args&... args);
     template <typename... Args>
-    void AppendFormat(PCXSTR pszFormat, const Args&... args)
-    {
-        m_s += Sprintf(pszFormat, args...);
-    }
+    void AppendFormat(PCXSTR pszFormat, const Args&... args);
     // The application's string resource; FALSE (and an empty text) when not registered.
     BOOL LoadString(UINT nID)
     {
@@ -238,26 +235,10 @@ private:
             --i;
         return i;
     }
-
-    // Texts passed to Format as objects go in as plain character pointers.
-    template <typename T>
-    static const T& Arg(const T& a) { return a; }
-    static PCXSTR Arg(const CStringT& s) { return s.GetString(); }
-
-    template <typename... Args>
-    static StdString Sprintf(PCXSTR pszFormat, const Args&... args)
-    {
-        try
-        {
-            return fmt::sprintf(fmt::basic_string_view<CharT>(pszFormat ? pszFormat : EmptyLiteral()), Arg(args)...);
-        }
-        catch (const fmt::format_error&)
-        {
-            AfxThrowInvalidArgException();
-        }
-    }
 };
 
 typedef CStringT<wchar_t> CString;
 typedef CStringT<char> CStringA;
 typedef CStringT<wchar_t> CStringW;
+
+#include "CStringFormat.h"

@@ -1,7 +1,9 @@
 #include "System.h"
 
 #include "CodePage.h"
+#include "FileFault.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -13,9 +15,11 @@
 #include <io.h>
 #include <windows.h>
 #else
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pwd.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,9 +28,20 @@
 namespace
 {
 #ifndef _WIN32
+// The POSIX path, or errno set to ENOENT for one that cannot exist here.
+bool NativePath(LPCWSTR psz, std::string* pPath)
+{
+    if (AfxPosixPath(psz, pPath))
+        return true;
+    errno = ENOENT;
+    return false;
+}
+
+// The POSIX path, or an empty one (which no call can open) for a name that cannot exist here.
 std::string NativePath(LPCWSTR psz)
 {
-    return AfxWideToUtf8(psz ? std::wstring(psz) : std::wstring());
+    std::string path;
+    return NativePath(psz, &path) ? path : std::string();
 }
 
 // Copies text into a caller's buffer with the Windows convention for sizes: the size
@@ -51,6 +66,11 @@ BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize, bool bCo
 
 bool WriteAllFd(int fd, const void* p, UINT n)
 {
+    if (LONG fault = AfxFileFault(afxFileWrite))
+    {
+        errno = (int)fault;
+        return false;
+    }
     const char* c = static_cast<const char*>(p);
     while (n > 0)
     {
@@ -65,6 +85,78 @@ bool WriteAllFd(int fd, const void* p, UINT n)
         n -= (UINT)w;
     }
     return true;
+}
+
+bool SyncFd(int fd)
+{
+    if (LONG fault = AfxFileFault(afxFileFlush))
+    {
+        errno = (int)fault;
+        return false;
+    }
+    return ::fsync(fd) == 0;
+}
+
+bool ReadAllFd(int fd, void* p, UINT n)
+{
+    char* c = static_cast<char*>(p);
+    while (n > 0)
+    {
+        ssize_t r = ::read(fd, c, n);
+        if (r < 0 && errno == EINTR)
+            continue;
+        if (r <= 0)
+        {
+            if (r == 0)
+                errno = EIO; // shorter than the record
+            return false;
+        }
+        c += r;
+        n -= (UINT)r;
+    }
+    return true;
+}
+
+// An exclusive flock, waited for: the only other holder is a cleaner that keeps it
+// for the instant of a test.
+bool LockFd(int fd)
+{
+    while (::flock(fd, LOCK_EX) != 0)
+        if (errno != EINTR)
+            return false;
+    return true;
+}
+
+// Removes the temporary files of target (in its folder, target's name + ".~" and 8
+// hex digits) that no process holds any more. A save in progress holds an exclusive
+// flock on its temporary file until it is done; a killed one holds nothing.
+void RemoveStaleTempFiles(const std::string& target)
+{
+    std::size_t cut = target.rfind('/');
+    std::string folder = cut == std::string::npos ? "." : cut == 0 ? "/" : target.substr(0, cut);
+    std::string base = cut == std::string::npos ? target : target.substr(cut + 1);
+    DIR* dir = ::opendir(folder.c_str());
+    if (dir == nullptr)
+        return;
+    while (const struct dirent* entry = ::readdir(dir))
+    {
+        std::string name = entry->d_name;
+        if (name.size() != base.size() + 10 || name.compare(0, base.size(), base) != 0 ||
+            !AfxIsTempFileName(AfxUtf8ToWide(name).c_str()))
+            continue;
+        std::string path = folder + "/" + name;
+        int fd = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (fd < 0)
+            continue;
+        // Removed only while locked here and still under that name: the lock shuts
+        // out its owner, the name check a file renamed or replaced meanwhile.
+        struct stat held, named;
+        if (::fstat(fd, &held) == 0 && S_ISREG(held.st_mode) && ::flock(fd, LOCK_EX | LOCK_NB) == 0 &&
+            ::lstat(path.c_str(), &named) == 0 && named.st_ino == held.st_ino && named.st_dev == held.st_dev)
+            ::unlink(path.c_str());
+        ::close(fd);
+    }
+    ::closedir(dir);
 }
 #endif
 } // namespace
@@ -112,14 +204,27 @@ void SetLastError(DWORD dwErrCode)
     errno = (int)dwErrCode;
 }
 
+bool AfxPosixPath(LPCWSTR psz, std::string* pPath)
+{
+    std::wstring path = psz ? psz : L"";
+    pPath->clear();
+    if (path.size() >= 2 && path[1] == L':' && ((path[0] >= L'A' && path[0] <= L'Z') || (path[0] >= L'a' && path[0] <= L'z')))
+        return false;
+    std::replace(path.begin(), path.end(), L'\\', L'/');
+    *pPath = AfxWideToUtf8(path);
+    return true;
+}
+
 int _waccess(LPCWSTR path, int mode)
 {
-    return ::access(NativePath(path).c_str(), mode);
+    std::string p;
+    return NativePath(path, &p) ? ::access(p.c_str(), mode) : -1;
 }
 
 int _wunlink(LPCWSTR path)
 {
-    return ::unlink(NativePath(path).c_str());
+    std::string p;
+    return NativePath(path, &p) ? ::unlink(p.c_str()) : -1;
 }
 
 int _wtoi(LPCWSTR psz)
@@ -144,36 +249,104 @@ CString AfxGetLibraryModuleName()
 
 int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
 {
-    std::string target = NativePath(lpszPath);
-    std::random_device rd;
-    std::string temp = target + ".~new" + std::to_string(rd());
-    int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd < 0)
-        return errno;
-    bool ok = WriteAllFd(fd, pData, nCount) && ::fsync(fd) == 0;
-    int err = ok ? 0 : errno;
-    ::close(fd);
-    if (!ok)
+    // A name already taken is refused before anything is written (the usual case of
+    // a lock held by another); the link below settles the races.
+    if (AfxGetFileKind(lpszPath) != afxNoFile)
+        return EEXIST;
+    CString strTemp;
+    LONG err = 0;
+    INT_PTR h = AfxCreateTempFileBeside(lpszPath, strTemp, &err);
+    if (h < 0)
+        return (int)err;
+    const int fd = (int)h;
+    const std::string temp = NativePath(strTemp);
+    const std::string target = NativePath(lpszPath);
+    if (!WriteAllFd(fd, pData, nCount) || !SyncFd(fd))
     {
+        err = errno;
         ::unlink(temp.c_str());
-        return err;
+        ::close(fd);
+        return (int)err;
     }
-    // link() publishes the complete record under its name, and fails if the name is taken.
-    int r = ::link(temp.c_str(), target.c_str());
-    err = r == 0 ? 0 : errno;
+    // link() publishes the complete record under its name, and fails if the name is
+    // taken (a dangling symbolic link included).
+    err = AfxFileFault(afxFileRename);
+    if (err == 0)
+        err = ::link(temp.c_str(), target.c_str()) == 0 ? 0 : errno;
     ::unlink(temp.c_str());
-    if (r == 0 || err == EEXIST)
-        return err;
-    // A file system without hard links: fall back to exclusive creation in place.
-    fd = ::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd < 0)
-        return errno;
-    ok = WriteAllFd(fd, pData, nCount);
-    err = ok ? 0 : errno;
     ::close(fd);
+    if (err != EPERM && err != EOPNOTSUPP && err != ENOSYS)
+        return (int)err;
+    // A file system without hard links: exclusive creation in place.
+    int direct = ::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (direct < 0)
+        return errno;
+    bool ok = WriteAllFd(direct, pData, nCount);
+    err = ok ? 0 : errno;
+    ::close(direct);
     if (!ok)
         ::unlink(target.c_str());
+    return (int)err;
+}
+
+AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
+{
+    struct stat st;
+    if (::lstat(NativePath(lpszPath).c_str(), &st) != 0)
+        return afxNoFile;
+    return S_ISREG(st.st_mode) ? afxRegularFile : S_ISDIR(st.st_mode) ? afxDirectory : afxOtherFile;
+}
+
+int AfxReadRegularFile(LPCTSTR lpszPath, void* pData, UINT nCount)
+{
+    // O_NONBLOCK: opening a pipe must not wait for a writer before it can be refused.
+    int fd = ::open(NativePath(lpszPath).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return errno == ELOOP ? EINVAL : errno;
+    struct stat st;
+    int err = 0;
+    if (::fstat(fd, &st) != 0)
+        err = errno;
+    else if (!S_ISREG(st.st_mode))
+        err = EINVAL;
+    else if (!ReadAllFd(fd, pData, nCount))
+        err = errno;
+    ::close(fd);
     return err;
+}
+
+INT_PTR AfxCreateTempFileBeside(LPCTSTR lpszPath, CString& strTemp, LONG* pnError)
+{
+    RemoveStaleTempFiles(NativePath(lpszPath));
+    std::random_device rd;
+    LONG err = EEXIST;
+    for (int attempt = 0; attempt < 16; ++attempt)
+    {
+        CString temp;
+        temp.Format(L"%s.~%08x", lpszPath, (unsigned)rd());
+        int fd = ::open(NativePath(temp).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd < 0)
+        {
+            err = errno;
+            if (err == EEXIST)
+                continue;
+            break;
+        }
+        // A cleaner that opened this name before the lock was taken may have removed
+        // it; the file then has no name left, and another one is made. Without
+        // locks on this file system, nothing is ever removed as stale.
+        struct stat st;
+        if (LockFd(fd) && ::fstat(fd, &st) == 0 && st.st_nlink == 0)
+        {
+            ::close(fd);
+            continue;
+        }
+        strTemp = temp;
+        return fd;
+    }
+    if (pnError)
+        *pnError = err;
+    return -1;
 }
 
 TCHAR AfxPathSeparator()
@@ -267,6 +440,89 @@ int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
         return err ? AfxOsErrorToErrno((LONG)err) : EIO;
     }
     return 0;
+}
+
+AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
+{
+    DWORD a = ::GetFileAttributesW(lpszPath);
+    if (a == INVALID_FILE_ATTRIBUTES)
+        return afxNoFile;
+    if (a & (FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE))
+        return afxOtherFile;
+    return (a & FILE_ATTRIBUTE_DIRECTORY) ? afxDirectory : afxRegularFile;
+}
+
+int AfxReadRegularFile(LPCTSTR lpszPath, void* pData, UINT nCount)
+{
+    // The reparse point itself is opened (a link is not followed), and refused.
+    HANDLE h = ::CreateFileW(lpszPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                             FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (h == INVALID_HANDLE_VALUE)
+    {
+        DWORD e = ::GetLastError();
+        return e == ERROR_FILE_NOT_FOUND || e == ERROR_PATH_NOT_FOUND ? ENOENT
+               : e == ERROR_ACCESS_DENIED || e == ERROR_SHARING_VIOLATION ? EACCES : EIO;
+    }
+    BY_HANDLE_FILE_INFORMATION info;
+    int err = 0;
+    if (!::GetFileInformationByHandle(h, &info) || ::GetFileType(h) != FILE_TYPE_DISK ||
+        (info.dwFileAttributes & (FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY)))
+        err = EINVAL;
+    BYTE* p = static_cast<BYTE*>(pData);
+    while (err == 0 && nCount > 0)
+    {
+        DWORD got = 0;
+        if (!::ReadFile(h, p, nCount, &got, nullptr))
+            err = EIO;
+        else if (got == 0)
+            err = EIO; // shorter than the record
+        p += got;
+        nCount -= got;
+    }
+    ::CloseHandle(h);
+    return err;
+}
+
+INT_PTR AfxCreateTempFileBeside(LPCTSTR lpszPath, CString& strTemp, LONG* pnError)
+{
+    // Stale temporary files go: one still open in a save in progress cannot be
+    // deleted (it is not shared for deletion), so the attempt fails for it.
+    CString path(lpszPath);
+    int cut = std::max(path.ReverseFind(L'\\'), path.ReverseFind(L'/'));
+    WIN32_FIND_DATAW found;
+    HANDLE find = ::FindFirstFileW(path + L".~*", &found);
+    if (find != INVALID_HANDLE_VALUE)
+    {
+        const CString base = path.Mid(cut + 1);
+        do
+        {
+            CString name(found.cFileName);
+            if (name.GetLength() == base.GetLength() + 10 && name.Left(base.GetLength()) == base &&
+                AfxIsTempFileName(name))
+                ::DeleteFileW(path.Left(cut + 1) + name);
+        } while (::FindNextFileW(find, &found));
+        ::FindClose(find);
+    }
+    std::random_device rd;
+    LONG err = ERROR_FILE_EXISTS;
+    for (int attempt = 0; attempt < 16; ++attempt)
+    {
+        CString temp;
+        temp.Format(L"%s.~%08x", lpszPath, (unsigned)rd());
+        HANDLE h = ::CreateFileW(temp, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                                 nullptr);
+        if (h != INVALID_HANDLE_VALUE)
+        {
+            strTemp = temp;
+            return (INT_PTR)h;
+        }
+        err = (LONG)::GetLastError();
+        if (err != ERROR_FILE_EXISTS)
+            break;
+    }
+    if (pnError)
+        *pnError = err;
+    return -1;
 }
 
 TCHAR AfxPathSeparator()
@@ -381,4 +637,21 @@ int AfxGetErrno()
 void AfxSetErrno(int nErrno)
 {
     errno = nErrno;
+}
+
+BOOL AfxIsTempFileName(LPCTSTR lpszName)
+{
+    std::size_t n = lpszName ? std::wcslen(lpszName) : 0;
+    if (n < 10)
+        return FALSE;
+    const wchar_t* suffix = lpszName + n - 10;
+    if (suffix[0] != L'.' || suffix[1] != L'~')
+        return FALSE;
+    for (int i = 2; i < 10; ++i)
+    {
+        wchar_t c = suffix[i];
+        if (!((c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F')))
+            return FALSE;
+    }
+    return TRUE;
 }

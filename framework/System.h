@@ -21,6 +21,13 @@ int _wunlink(LPCWSTR path);            // 0 on success, -1 with errno set
 int _wtoi(LPCWSTR psz);
 // The ANSI code page of narrow texts: Windows-1252 here.
 UINT GetACP();
+
+// A caller's path as the POSIX calls take it: UTF-8, with every backslash read as a
+// separator ("dir\\sub\\x.bin" is dir/sub/x.bin), since a name born on Windows never
+// holds one. A path that begins with a drive letter ("C:\\x", "C:x") names no POSIX
+// file: false then, and the file functions fail with ENOENT (CFile with the bad-path
+// cause).
+bool AfxPosixPath(LPCWSTR psz, std::string* pPath);
 #endif
 
 // The C run-time's errno value for the OS error number of a file exception: Windows'
@@ -47,11 +54,40 @@ void AfxSetErrno(int nErrno);
 // Full path of the module (shared library or program) that holds the library.
 CString AfxGetLibraryModuleName();
 
-// Creates lpszPath holding exactly nCount bytes, only if no file of that name exists:
-// the bytes are written under a temporary name first and then linked into place, so
-// another process sees either no file or the whole record. Returns 0 on success,
+// Creates lpszPath holding exactly nCount bytes, only if no file of that name exists
+// (a dangling symbolic link counts as one): the bytes are written under a temporary
+// name first and then linked into place, so another process sees either no file or
+// the whole record. Returns 0 on success,
 // EEXIST when the file already exists, another errno value on failure.
 int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount);
+
+// What a name designates, the final symbolic link not followed: a dangling link is a
+// name that exists (afxOtherFile), not a free one.
+enum AFX_FILE_KIND
+{
+    afxNoFile,      // nothing of that name
+    afxRegularFile,
+    afxDirectory,
+    afxOtherFile    // a symbolic link, a pipe, a device, a socket
+};
+AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath);
+
+// Reads the first nCount bytes of lpszPath, which must be a regular file itself: a
+// symbolic link is not followed and a pipe or a device is refused at once, never
+// waited on. 0 on success, EIO when the file is shorter, EINVAL when the name is not
+// a regular file, another errno value on failure.
+int AfxReadRegularFile(LPCTSTR lpszPath, void* pData, UINT nCount);
+
+// Creates a new temporary file beside lpszPath, named lpszPath + ".~" and 8 hex
+// digits, open for writing and marked as in use for as long as it stays open. The
+// temporary files that interrupted saves of the same path left behind (no longer in
+// use) are removed first, so that a killed save leaves no lasting litter. Returns the
+// open handle (the file descriptor on POSIX) with the name in strTemp, or -1 with the
+// OS error number in *pnError.
+INT_PTR AfxCreateTempFileBeside(LPCTSTR lpszPath, CString& strTemp, LONG* pnError);
+// TRUE for a file name of that form (".~" and 8 hex digits at its end): the
+// temporary file of a save in progress or interrupted, never a record.
+BOOL AfxIsTempFileName(LPCTSTR lpszName);
 
 // TRUE when the process's standard error is a terminal (progress display is then useful).
 BOOL AfxIsStdErrTerminal();

@@ -28,11 +28,14 @@ typedef unsigned short WORD;
 typedef std::uint32_t DWORD;
 typedef std::int32_t LONG;
 typedef std::uint32_t ULONG;
-typedef std::int64_t LONGLONG;
-typedef std::uint64_t ULONGLONG;
+// long long, as on Windows: std::int64_t is long here, which the archive writes in
+// the framework's 4 bytes.
+typedef long long LONGLONG;
+typedef unsigned long long ULONGLONG;
 typedef unsigned int UINT;
 typedef std::uintptr_t UINT_PTR;
 typedef std::intptr_t INT_PTR;
+typedef std::uintptr_t DWORD_PTR;
 typedef unsigned int* PUINT;
 typedef DWORD* LPDWORD;
 typedef wchar_t WCHAR;

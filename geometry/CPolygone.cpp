@@ -4,6 +4,7 @@
 #include "geometry/CPolygone.h"
 
 #include "geometry/Routines.h"
+#include "geometry/SommeExacte.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -205,7 +206,11 @@ double CPolygone::Surface(bool bOriente)
 void CPolygone::RecalculDim(bool bOriente)
 {
     m_Xmin = m_Ymin = m_Xmax = m_Ymax = 0.0;
-    double aire = 0.0;
+    // The shoelace terms are summed exactly: reversing the contour negates every term,
+    // so the reversed contour's area is exactly the opposite. A running sum would
+    // round differently in the two directions and can find a near-zero area negative
+    // both ways.
+    prefa_geometrie::SommeExacte aire;
     POSITION pos = m_Points.GetHeadPosition();
     if (pos)
     {
@@ -216,7 +221,7 @@ void CPolygone::RecalculDim(bool bOriente)
         while (pos)
         {
             const CPointD* p = m_Points.GetNext(pos);
-            aire -= (p->x - prec->x) * (prec->y + p->y) / 2.0;
+            aire.Ajoute(-(p->x - prec->x) * (prec->y + p->y) / 2.0);
             m_Xmin = std::min(m_Xmin, p->x);
             m_Xmax = std::max(m_Xmax, p->x);
             m_Ymin = std::min(m_Ymin, p->y);
@@ -224,16 +229,16 @@ void CPolygone::RecalculDim(bool bOriente)
             prec = p;
         }
         if (m_Points.GetCount() > 2)
-            aire -= (p0->x - prec->x) * (prec->y + p0->y) / 2.0;
+            aire.Ajoute(-(p0->x - prec->x) * (prec->y + p0->y) / 2.0);
         else
-            aire = 0.0; // an open side or a lone point encloses nothing
+            aire = prefa_geometrie::SommeExacte(); // an open side or a lone point encloses nothing
     }
-    m_Surface = aire;
-    if (bOriente && Comparer(aire, 0.0, 3) < 0)
+    m_Surface = aire.Valeur();
+    if (bOriente && Comparer(m_Surface, 0.0, 3) < 0)
     {
+        // Reversed, the same terms sum to the opposite area and the extents stay.
         InverseSens();
-        RecalculDim(true);
-        return;
+        m_Surface = -m_Surface;
     }
     m_bDimsValides = 1;
 }

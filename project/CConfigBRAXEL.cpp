@@ -113,7 +113,8 @@ int CConfigBRAXEL::GestionFichierLock(int nMode, CString strFichierLock)
         NomOrdinateur.Empty();
         NomUtilisateur.Empty();
         std::memset(lock, 0, sizeof lock);
-        int nErreur = LectureFichier(strFichierLock, lock, TAILLE_LOCK);
+        // Read as a regular file only: a link is not followed, a pipe not waited on.
+        int nErreur = AfxReadRegularFile(strFichierLock, lock, TAILLE_LOCK);
         if (nErreur == 0)
         {
             NomUtilisateur = LitChampAnsi(lock, TAILLE_NOM);

@@ -29,7 +29,8 @@ public:
     void Serialize(CArchive& ar) override;
 
     // The 512-byte lock record: mode 2 reads the holder's names from the lock file
-    // (both emptied first), other modes write this object's names to it, replacing
+    // (both emptied first; a name that is no regular file, a symbolic link included,
+    // fails with EINVAL), other modes write this object's names to it, replacing
     // any existing file. 0 on success, else the file helpers' error number.
     int GestionFichierLock(int nMode, CString strFichierLock);
     // Creates the lock file holding this object's names only if no lock file of that

@@ -12,8 +12,8 @@
 // with a 4096-byte buffer and calls serialise(ar); then closes the archive and the
 // file, which commits a save. Returns FALSE without calling serialise when the file
 // does not open, with the cause in *pErreur. Archive exceptions of the serialisation
-// and file exceptions of reading or writing reach the caller; a failed save leaves
-// the previous file untouched.
+// and file exceptions of reading or writing reach the caller (running out of memory
+// as CMemoryException); a failed save leaves the previous file untouched.
 BOOL SerialiseFichier(LPCTSTR lpszChemin, bool bSauve, CFileException* pErreur,
                       const std::function<void(CArchive&)>& serialise);
 

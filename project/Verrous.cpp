@@ -8,15 +8,24 @@
 
 namespace
 {
+const wchar_t* const MESSAGE_PAS_UN_VERROU =
+    L"Not a regular file (a link, a pipe, a device or a folder): it cannot be a lock; remove it.";
+
+// Whatever holds the name counts, a dangling link too: a lock name is never free
+// because a link points nowhere.
 bool Existe(const CString& strChemin)
 {
-    return _waccess(strChemin, 0) == 0;
+    return AfxGetFileKind(strChemin) != afxNoFile;
 }
 
 void Rapporte(LPCTSTR lpszCle, int nLigne, int nCause, const CString& strChemin)
 {
+    // A lock that is no regular file is never read through (nor waited on, for a
+    // pipe): the cause's number alone would not tell the user why.
+    const AFX_FILE_KIND nature = AfxGetFileKind(strChemin);
+    const bool bEtrange = nature == afxOtherFile || nature == afxDirectory;
     MessErreur(lpszCle, L"..\\General", nLigne, nCause, AfxGetLibraryModuleName(), IDS_PREFA_ERREUR_FICHIER,
-               strChemin, L"");
+               strChemin, bEtrange ? MESSAGE_PAS_UN_VERROU : L"");
 }
 
 // Deletes a lock file; 0 on success, else the run-time's error number.
@@ -145,17 +154,24 @@ bool bLockFichierPossible(CConfigBRAXEL& config, CString strFichier, CString& st
 
 bool bEcritLockFichier(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif)
 {
+    strDetenteur.Empty();
     if (!bActif)
         return true;
-    CString strLock = strFichier + L".lock";
-    if (!bLockFichierPossible(config, strFichier, strDetenteur, bActif))
-        return false;
-    if (!Existe(strLock) && config.CreeFichierLock(strLock) == EEXIST)
+    const CString strLock = strFichier + L".lock";
+    // The creation itself is the test: it succeeds only where no lock exists, so a
+    // lock that appears at any moment is found by it and read, never overlooked. A
+    // lock released between the failed creation and its reading is tried again.
+    for (int essai = 0; essai < 8; ++essai)
     {
-        // Another workstation took it between the test and the creation.
-        return bLockFichierPossible(config, strFichier, strDetenteur, bActif);
+        const int nErreur = config.CreeFichierLock(strLock);
+        if (nErreur != EEXIST)
+            return true; // created, or a failed write, which does not refuse the file
+        if (!bLockFichierPossible(config, strFichier, strDetenteur, bActif))
+            return false;
+        if (!strDetenteur.IsEmpty())
+            return true; // our own lock, kept as it is
     }
-    return true;
+    return false; // a lock that keeps coming and going: another workstation is at work
 }
 
 void DetruitLockFichier(CString strFichier, bool bActif)

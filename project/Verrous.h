@@ -23,11 +23,14 @@ const UINT IDS_LOCK_AFFAIRE_LIBERATION = 45833; // another's project lock at rel
 // touches nothing.
 // True when the file is free or locked by config's identity. Otherwise false, with
 // strDetenteur set to resource 45773 formatted with the holder's user and computer
-// names (an unreadable lock counts as another's, with empty names). strDetenteur is
-// emptied when no lock exists.
+// names (an unreadable lock counts as another's, with empty names; so does anything
+// but a regular file under the lock's name, a dangling link or a pipe). strDetenteur
+// is emptied when no lock exists.
 bool bLockFichierPossible(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif);
 // Takes the lock: false when another holds it; writes this identity's lock when none
 // exists (an own lock is kept as it is). True otherwise, a failed write included.
+// The lock is created exclusively, so of several workstations taking a free lock at
+// the same moment exactly one succeeds.
 bool bEcritLockFichier(CConfigBRAXEL& config, CString strFichier, CString& strDetenteur, bool bActif);
 // Removes the lock; a failure is ignored.
 void DetruitLockFichier(CString strFichier, bool bActif);

@@ -10,6 +10,10 @@
 //
 // File "SECTION.nn" of a study folder: a 32-bit version (1) then the 23 fields as
 // doubles in field order except that SX is written before SY.
+//
+// Kept as the suite's files and programs expect it, though not exact far from the
+// origin, for IxyG with sloping sides, nor for I1, I2 when IxG equals IyG:
+// CProprietesSection gives the exact values.
 #pragma once
 
 #include "geometry/CListePolygone.h"

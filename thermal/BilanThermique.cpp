@@ -10,12 +10,33 @@
 namespace
 {
 std::atomic<int> g_nThreads{0};
+#ifdef NDEBUG
+std::atomic<bool> g_controleChaquePas{false};
+#else
+std::atomic<bool> g_controleChaquePas{true};
+#endif
 
 // Below this many cells a step is too short for threads to pay off.
 constexpr std::size_t kCellulesParallele = 40000;
 
 // Latent heat of the water of a cubic metre, kcal.
 constexpr double kChaleurLatenteEau = 538800.0;
+
+// A step above an air cell's limit by rounding only (the methods compute the cavity step
+// in another order) is no reason to restart the fire.
+constexpr double kMargeLimiteAir = 1e-9;
+
+// True when a value of T[0..n-1] is a NaN or lies outside [bas, haut] widened by a
+// billionth for rounding. Written as one branch-free sweep.
+bool HorsPlage(const double* T, std::size_t n, double bas, double haut)
+{
+    const double marge = 1e-9 * std::max({1.0, std::fabs(bas), std::fabs(haut)});
+    const double lo = bas - marge, hi = haut + marge;
+    bool hors = false;
+    for (std::size_t i = 0; i < n; ++i)
+        hors |= !(T[i] >= lo) | !(T[i] <= hi);
+    return hors;
+}
 
 // All threads of a run meet here between the two phases of a step. Spins briefly, then
 // yields, so that a loaded machine is not starved.
@@ -50,21 +71,26 @@ bool EstMateriau(std::int8_t n) { return n == BilanThermique::kMateriau; }
 
 void DefinirNombreThreadsThermique(int nThreads) { g_nThreads.store(std::max(0, nThreads)); }
 int NombreThreadsThermique() { return g_nThreads.load(); }
+void DefinirControleBornesThermique(bool chaquePas) { g_controleChaquePas.store(chaquePas); }
+bool ControleBornesThermique() { return g_controleChaquePas.load(); }
 
 double LoisThermiques::PasMaximal() const { return std::numeric_limits<double>::infinity(); }
 
 // State shared by the threads of one run.
 struct BilanThermique::Partage
 {
-    explicit Partage(int n) : barriere(n), limites(n, 0.0) {}
+    explicit Partage(int n) : barriere(n), limites(n, 0.0), hors(n, 0) {}
     Barriere barriere;
     const LoisThermiques* lois = nullptr;
     const std::function<bool(double)>* progression = nullptr;
     double duree = 0.0;
     double dt0 = 0.0;
+    bool chaquePas = false;      // check the range after every step
     std::vector<double> limites; // per band: smallest stability limit below dt, or +inf
+    std::vector<char> hors;      // per band: its part of the field is out of range
     bool arret = false;          // written by band 0 only, before a barrier
     int tampon = 0;              // buffer holding the final field
+    double bas = 0.0, haut = 0.0; // boundary range of the final run
     StatistiquesBilan stats;
     ResultatsFaces faces;
 };
@@ -115,6 +141,7 @@ void BilanThermique::Preparer(const LoisThermiques& lois)
     m_rapides.clear();
     m_speciaux.clear();
     m_facesListe.clear();
+    m_controleFinal = true;
     for (int l = 0; l < m_nl; ++l)
     {
         const std::int32_t base = l * m_nc;
@@ -135,6 +162,7 @@ void BilanThermique::Preparer(const LoisThermiques& lois)
                     AfxThrowInvalidArgException();
                 const double src = m < (int)lois.source.size() ? lois.source[m] : 0.0;
                 m_src[i] = src;
+                m_controleFinal = m_controleFinal && src == 0.0;
                 if (c > 0 && !m_segments.empty() && m_segments.back().fin == i && m_segments.back().materiau == m)
                     ++m_segments.back().fin;
                 else
@@ -210,6 +238,7 @@ StatistiquesBilan BilanThermique::Calculer(const LoisThermiques& lois, double du
     p.progression = progression ? &progression : nullptr;
     p.duree = duree;
     p.dt0 = dt;
+    p.chaquePas = m_controleFinal && ControleBornesThermique();
     std::vector<std::thread> threads;
     threads.reserve(nThreads - 1);
     for (int b = 1; b < nThreads; ++b)
@@ -217,8 +246,14 @@ StatistiquesBilan BilanThermique::Calculer(const LoisThermiques& lois, double du
     Travailler(0, p);
     for (std::thread& t : threads)
         t.join();
+    m_enCours = nullptr;
     if (p.tampon == 1)
         m_T.swap(m_Tn);
+    if (m_controleFinal && !p.stats.horsBornes && HorsPlage(m_T.data(), n, p.bas, p.haut))
+    {
+        p.stats.horsBornes = true;
+        p.stats.pasHorsBornes = p.stats.pas;
+    }
     m_faces = p.faces;
     p.stats.threads = nThreads;
     return p.stats;
@@ -248,18 +283,28 @@ void BilanThermique::Travailler(int bande, Partage& p)
         const long long N = dt > 0.0 ? lois.NombrePas(p.duree, dt) : 0;
         ConditionsPas prec;
         int cur = 0;
-        bool redemarre = false;
+        bool redemarre = false, hors = false;
+        double bas = lois.tempInitiale, haut = lois.tempInitiale; // boundary temperatures seen
+        double limiteAir = std::numeric_limits<double>::infinity(); // of the step just taken
         long long k = 1;
         for (;; ++k)
         {
             // Phase A: properties at the current temperatures, stability, face temperatures.
-            p.limites[bande] = PhaseProprietes(B, lois, k > 1 ? &prec : nullptr, T[cur], lam, rc, dt);
+            const double limiteBande = PhaseProprietes(B, lois, k > 1 ? &prec : nullptr, T[cur], lam, rc, dt);
+            p.limites[bande] = std::min(limiteBande, limiteAir);
+            p.hors[bande] = p.chaquePas && HorsPlage(T[cur] + i0, i1 - i0, bas, haut);
             if (bande == 0 && p.progression && k > 1)
+            {
+                m_enCours = T[cur];
                 p.arret = !(*p.progression)((double)(k - 1) / (double)N);
+            }
             p.barriere.Attendre();
             double limite = std::numeric_limits<double>::infinity();
             for (std::size_t b = 0; b < nb; ++b)
+            {
                 limite = std::min(limite, p.limites[b]);
+                hors = hors || p.hors[b];
+            }
             if (lois.Redemarrable() && limite < dt)
             {
                 dt = limite;
@@ -268,12 +313,16 @@ void BilanThermique::Travailler(int bande, Partage& p)
                 p.barriere.Attendre(); // nobody reads the shared limits any more
                 break;
             }
+            if (hors)
+                break;
             if (k > 1)
                 CumulerFaces(faces);
             if (k > N || p.arret)
                 break;
             const ConditionsPas c = lois.PreparePas((int)k, dt, faces);
-            PhaseEchanges(bande, lois, c, T[cur], T[cur ^ 1], dt);
+            bas = std::min({bas, c.thetaGaz, c.thetaAir});
+            haut = std::max({haut, c.thetaGaz, c.thetaAir});
+            limiteAir = PhaseEchanges(bande, lois, c, T[cur], T[cur ^ 1], dt);
             ++pasTotal;
             p.barriere.Attendre();
             cur ^= 1;
@@ -285,11 +334,15 @@ void BilanThermique::Travailler(int bande, Partage& p)
         {
             p.tampon = cur;
             p.faces = faces;
+            p.bas = bas;
+            p.haut = haut;
             p.stats.pas = k - 1;
             p.stats.pasTotal = pasTotal;
             p.stats.redemarrages = redemarrages;
             p.stats.dt = dt;
             p.stats.interrompu = p.arret;
+            p.stats.horsBornes = hors;
+            p.stats.pasHorsBornes = hors ? k - 1 : 0;
         }
         return;
     }
@@ -384,23 +437,39 @@ void BilanThermique::CumulerFaces(ResultatsFaces& f) const
 }
 
 double BilanThermique::EchangeSpecial(std::size_t i, const LoisThermiques& lois, const ConditionsPas& c,
-                                      const double* T) const
+                                      const double* T, double* conductance) const
 {
     const double t = T[i];
     const double ri = m_r[i];
     const bool mat = EstMateriau(m_nature[i]);
+    // Towards the outside: the material's half-cell, or the air cell's own face of air,
+    // then the film.
+    const double rDedans = mat ? ri : lois.rAirAir;
+    double g = 0.0;
     auto face = [&](std::size_t v) -> double {
+        double R, tv;
         switch (m_nature[v])
         {
         case kFeu:
-            return (c.thetaGaz - t) / (ri + (c.rFeuParCellule ? lois.ResistanceFeu(c, t) : c.rFeu));
+            R = rDedans + (c.rFeuParCellule ? lois.ResistanceFeu(c, t) : c.rFeu);
+            tv = c.thetaGaz;
+            break;
         case kNonExpose:
-            return (c.thetaAir - t) / (ri + c.rNonExpose);
+            R = rDedans + c.rNonExpose;
+            tv = c.thetaAir;
+            break;
         case kMateriau:
-            return (T[v] - t) / ((ri + m_r[v]) + (mat ? lois.rContact : lois.rMateriauAir));
+            R = (ri + m_r[v]) + (mat ? lois.rContact : lois.rMateriauAir);
+            tv = T[v];
+            break;
         default:
-            return (T[v] - t) / ((ri + m_r[v]) + (mat ? lois.rMateriauAir : lois.rAirAir));
+            R = (ri + m_r[v]) + (mat ? lois.rMateriauAir : lois.rAirAir);
+            tv = T[v];
+            break;
         }
+        if (conductance)
+            g += 1.0 / R;
+        return (tv - t) / R;
     };
     const std::size_t l = i / (std::size_t)m_nc, col = i % (std::size_t)m_nc;
     double q = 0.0;
@@ -412,11 +481,15 @@ double BilanThermique::EchangeSpecial(std::size_t i, const LoisThermiques& lois,
         q += face(i - m_nc);
     if (l + 1 < (std::size_t)m_nl)
         q += face(i + m_nc);
+    if (conductance)
+        *conductance = g;
     return q;
 }
 
-void BilanThermique::PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c,
-                                   const double* __restrict T, double* __restrict Tn, double dt)
+// Returns the smallest explicit limit C / G of the band's air cells that lies below dt
+// (restartable laws only), or infinity.
+double BilanThermique::PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c,
+                                     const double* __restrict T, double* __restrict Tn, double dt)
 {
     const Bande& B = m_bandes[(std::size_t)bande];
     const double dd = m_delta * dt;
@@ -461,12 +534,22 @@ void BilanThermique::PhaseEchanges(int bande, const LoisThermiques& lois, const 
         std::swap(fHaut, fBas);
         ligneHaut = l;
     }
+    const bool limiterAir = lois.Redemarrable();
+    double limiteAir = std::numeric_limits<double>::infinity();
     for (std::size_t s = B.spe0; s < B.spe1; ++s)
     {
         const std::size_t i = (std::size_t)m_speciaux[s];
         const double t = T[i];
-        const double Q = EchangeSpecial(i, lois, c, T) * dd + m_src[i] * dxdy * dt;
-        if (EstMateriau(m_nature[i]))
+        const bool mat = EstMateriau(m_nature[i]);
+        double G = 0.0;
+        const double Q = EchangeSpecial(i, lois, c, T, !mat && limiterAir ? &G : nullptr) * dd + m_src[i] * dxdy * dt;
+        if (!mat && limiterAir)
+        {
+            const double limite = cap[i] / (m_delta * G);
+            if (limite * (1.0 + kMargeLimiteAir) < dt)
+                limiteAir = std::min(limiteAir, limite);
+        }
+        if (mat)
         {
             const int m = m_materiau[i];
             if (lois.seuilEvaporation[m] < 100.0 && t >= lois.seuilEvaporation[m])
@@ -487,4 +570,5 @@ void BilanThermique::PhaseEchanges(int bande, const LoisThermiques& lois, const 
         }
         Tn[i] = t + Q / cap[i];
     }
+    return limiteAir;
 }

@@ -14,10 +14,41 @@
 //     material-air cell  and air-air: the method's convection resistance
 //     fire-side gas      1/h, the fire coefficient of the step (per cell for Eurocode 2)
 //     unexposed air      1/hu, the unexposed coefficient, towards the ambient temperature
+// An air cell meets the fire-side gas and the unexposed air as it meets another air cell,
+// through the air-air resistance, in series with the film: its face is a face of air.
 // The heat received in a step is Q = (sum of (theta_n - theta)/R) * delta * dt, the four
 // neighbours summed in the fixed order left, right, up, down (a neighbour beyond the grid
 // edge gives nothing); the new temperature is theta + Q / (capacity * dx * dy), or the
 // evaporation plateau for a material whose threshold is below 100 degrees.
+//
+// How the step is bounded. With C = capacity * dx * dy and G = delta * sum of 1/R over the
+// four faces (the cell's total conductance to its neighbours and films), a step is
+//     theta' = theta (1 - dt G / C) + (dt / C) * sum of (delta / R) theta_n.
+// When dt <= C / G every weight is non-negative: theta' is an average of the cell, its
+// neighbours and the boundary temperatures, and cannot leave their range.
+//  - Air cells. Every face of an air cell carries at least the air-air resistance (towards
+//    a material cell the material-air one plus the neighbour's half-cell, towards the gas
+//    or the unexposed air the air-air one plus the film), so G <= 4 delta / r_air-air and
+//    the methods' cavity step, capacity * delta * r_air-air / 4, keeps every air cell
+//    within range whatever the fire. The kernel still measures C / G of every air cell at
+//    every step, and a method that restarts takes it as its step when it is smaller (air
+//    cells on a grid whose step was not held to the cavity limit).
+//  - Material cells. Each face has the cell's half-cell resistance delta / (2 lambda) in
+//    series, so its conductance is below 2 lambda and, since
+//        (a - b)^2 / (r_a + r_b + r_face) <= a^2 / r_a + b^2 / r_b,
+//    the methods' limit rho c delta^2 / (4 lambda) (Eurocode 2: at every cell's current
+//    temperature, through its restarts; ITBTP and ZOLT: at 0 degrees, where concrete's
+//    rho c / lambda is smallest below 1900 degrees) holds dt times the largest eigenvalue
+//    of the step's matrix to 2 or less (air cells under the cavity step alike): the
+//    explicit scheme cannot amplify errors. It does not make every weight non-negative: a
+//    hot face cell whose film or cooler neighbours conduct more than lambda gets a weight
+//    a few per cent below zero, too little to carry it out of range.
+// The kernel keeps the lowest and highest boundary temperatures seen (the initial one, the
+// gas and the air of every step taken) and checks the field against them, widened by a
+// billionth for rounding: after every step when the check is on (debug builds and tests,
+// see DefinirControleBornesThermique), and on the final field always. A field that holds
+// a NaN or leaves the range stops the run and is reported (StatistiquesBilan::horsBornes).
+// The check is left out for laws with a heat source, which may heat beyond the range.
 //
 // Each new value depends only on the values of the previous step, so the rows can be split
 // into bands among threads and the field is bit for bit the same for any thread count.
@@ -42,6 +73,11 @@
 // (at most one per row). The result never depends on this setting.
 void DefinirNombreThreadsThermique(int nThreads);
 int NombreThreadsThermique();
+
+// Checks the field against the boundary range after every step (true) or on the final
+// field only (false). On by default in debug builds, off in optimised ones.
+void DefinirControleBornesThermique(bool chaquePas);
+bool ControleBornesThermique();
 
 // Boundary conditions of one time step, prepared by the method's laws.
 struct ConditionsPas
@@ -90,8 +126,8 @@ public:
     double tempInitiale = 20.0;   // every cell at the start
     double capaciteAir = 0.0;     // kcal/(m3 C) of an air cell
     double rContact = 0.0;        // material-material face resistance
-    double rMateriauAir = 0.0;    // material-air cell face resistance
-    double rAirAir = 0.0;         // air-air face resistance
+    double rMateriauAir = 0.0;    // material-air cell face resistance (at least rAirAir)
+    double rAirAir = 0.0;         // air-air face resistance, also air cell-gas and air cell-unexposed air
     std::vector<double> seuilEvaporation; // per material; the plateau applies below 100
     std::vector<double> teneurEau;        // per moisture index, m3 of water per m3
     std::vector<double> source;           // per material, kcal/(h m3)
@@ -107,6 +143,8 @@ struct StatistiquesBilan
     int threads = 1;
     double dt = 0.0;            // the step used in the final run
     bool interrompu = false;    // stopped by the progress callback
+    bool horsBornes = false;    // the field held a NaN or left the boundary range: stopped
+    long long pasHorsBornes = 0; // the step after which it did
 };
 
 class BilanThermique
@@ -117,10 +155,14 @@ public:
 
     // Runs the fire from the initial temperature for duree hours with the step dt, the
     // laws of one method, and an optional progress callback (fraction done; false stops).
+    // A run that goes out of range (horsBornes) leaves the offending field in Temperatures().
     StatistiquesBilan Calculer(const LoisThermiques& lois, double duree, double dt,
                                const std::function<bool(double)>& progression = {});
 
     const std::vector<double>& Temperatures() const { return m_T; }
+    // During a progress call: the field after the last step taken (row-major, every band
+    // has finished it). Null outside a run.
+    const double* ChampEnCours() const { return m_enCours; }
     const ResultatsFaces& Faces() const { return m_faces; }
     int NbLignes() const { return m_nl; }
     int NbColonnes() const { return m_nc; }
@@ -153,10 +195,10 @@ private:
     void Travailler(int bande, Partage& p);
     double PhaseProprietes(const Bande& b, const LoisThermiques& lois, const ConditionsPas* prec,
                            const double* T, std::vector<double>& lam, std::vector<double>& rc, double dt);
-    void PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c, const double* T,
-                       double* Tn, double dt);
+    double PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c, const double* T,
+                         double* Tn, double dt);
     double EchangeSpecial(std::size_t i, const LoisThermiques& lois, const ConditionsPas& c,
-                          const double* T) const;
+                          const double* T, double* conductance) const;
     void CumulerFaces(ResultatsFaces& f) const;
 
     int m_nl, m_nc;
@@ -178,4 +220,6 @@ private:
     std::vector<double> m_tFace;     // face temperatures of the last step
     std::vector<std::vector<double>> m_fluxH, m_fluxHaut, m_fluxBas; // per band, one row each
     ResultatsFaces m_faces;
+    bool m_controleFinal = true;     // false for laws with a heat source
+    const double* m_enCours = nullptr;
 };

@@ -165,14 +165,19 @@ void CTemperatureGenerale::Serialize(CArchive& ar)
     ar >> version; // every version so far has this layout
     ar >> type >> nLignes >> nColonnes >> dDelx;
     m_PtTranslation.Serialize(ar);
-    // Rows of no column carry no bytes, so nothing in the file could justify them.
-    if (nLignes < 0 || nColonnes < 0 || (nLignes > 0 && nColonnes == 0))
-        AfxThrowArchiveException(CArchiveException::badIndex);
+    if (type < DTU || type > EC2)
+        AfxThrowArchiveException(CArchiveException::badIndex, ar.GetFile()->GetFilePath());
+    // A grid is empty in both directions or in neither: a row count without columns
+    // (or the reverse) carries no bytes, so nothing in the file could justify it.
+    if (nLignes < 0 || nColonnes < 0 || (nLignes == 0) != (nColonnes == 0))
+        AfxThrowArchiveException(CArchiveException::badIndex, ar.GetFile()->GetFilePath());
     ar.CheckAvailable((ULONGLONG)nLignes * (ULONGLONG)nColonnes, sizeof(double));
     m_TypeCalcul = (TYPE_CALCUL_TEMPERATURE)type;
     m_nTravail[6] = nLignes;
     m_nTravail[7] = nColonnes;
     SetDELX(dDelx);
+    if (nLignes == 0)
+        return;
     CLigne ligne;
     ligne.SetSize(nColonnes);
     double* p = ligne.GetData();

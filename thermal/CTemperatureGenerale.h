@@ -114,6 +114,10 @@ public:
     void Etiq455(int i, int j);
     void Etiq440(int i, int j);
 
+    // Grid methods. A run whose field would hold a NaN or leave the range of its boundary
+    // temperatures (an unstable imposed step, materials without properties) stops and
+    // leaves -1.0 ("no value") in every cell of m_T1; DernieresStatistiquesBilan() says
+    // so, and the Eurocode 2 method returns -2 (0 when it ran, -1 for an empty grid).
     void CalculTemperatureITBTP(int nMateriaux, int nTable, double dDuree, double dPasImpose);
     void CalculTemperatureZOLT(int nMateriaux, double dDuree, double dPasImpose);
     int CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
@@ -147,7 +151,8 @@ public:
     // per time step or every few steps, never inside a cell sweep) with the fraction
     // done, 0 to 1. Returning false stops the method early: m_T1 then holds the field
     // at the end of the last completed step and the working values describe that step
-    // (the DTU criteria times stay 1300.0 unless already reached). Empty by default.
+    // (the DTU criteria times stay 1300.0 unless already reached). Empty by default. During
+    // a call from a grid method, BilanEnCours() (GrilleBilan.h) shows the field so far.
     std::function<bool(double fraction)> m_Progression;
 
 protected:

@@ -62,5 +62,5 @@ int CTemperatureGenerale::CalculTemperatureEC2(int nMateriaux, double dDuree, do
     m_dTravailB[0] = r.faces.moyenneNonExposee;
     m_dTravailB[3] = ConductiviteEC2(0, r.faces.moyenneExposee, eGranulat, bConductiviteGranulat);
     m_dTravailB[14] = r.faces.maxNonExposee;
-    return 0;
+    return r.stats.horsBornes ? -2 : 0;
 }

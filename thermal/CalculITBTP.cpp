@@ -1,7 +1,8 @@
 // The ITBTP method: concrete properties from the field's members varied by fixed
 // coefficients, the flame-radiation boundary model, gas taken at the end of each step.
 // The zero-filled table of the second argument has no effect on the result and is not
-// built.
+// built. The air step applies to any grid with air cells: cavity marks, or the air cells
+// the Eurocode 2 method leaves in their place.
 #include "thermal/CTemperatureGenerale.h"
 #include "thermal/GrilleBilan.h"
 #include "thermal/LoisFlamme.h"
@@ -12,13 +13,13 @@ namespace
 {
 constexpr int kMateriauxCodables = 9;
 
-bool ContientCavite(const CTemperatureGenerale::CGrille& masque)
+bool ContientAir(const CTemperatureGenerale::CGrille& masque)
 {
     for (INT_PTR i = 0; i < masque.GetSize(); ++i)
     {
         const CTemperatureGenerale::CLigne& ligne = masque[i];
         for (INT_PTR j = 0; j < ligne.GetSize(); ++j)
-            if (ligne[j] == -3.0)
+            if (ligne[j] == -3.0 || ligne[j] == 0.0)
                 return true;
     }
     return false;
@@ -38,7 +39,7 @@ void CTemperatureGenerale::CalculTemperatureITBTP(int nMateriaux, int nTable, do
     double dt;
     if (dPasImpose != 0.0)
         dt = dPasImpose;
-    else if (ContientCavite(m_Masque))
+    else if (ContientAir(m_Masque))
         dt = delx * 0.27 / 24.0; // air capacity over four times the 6.0 convection
     else
         dt = delx * delx * mat[0].masseVolumique.p0 * mat[0].chaleurSpecifique.p0 / (4.0 * mat[0].conductivite.p0);

@@ -1,13 +1,25 @@
 #include "thermal/GrilleBilan.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace
 {
 thread_local StatistiquesBilan t_dernieres;
-}
+thread_local const BilanThermique* t_enCours = nullptr;
+
+// Publishes the running kernel to the progress callback, which runs on this thread (a
+// callback that runs a method of its own gets its kernel back afterwards).
+struct Publication
+{
+    explicit Publication(const BilanThermique& b) : precedent(t_enCours) { t_enCours = &b; }
+    ~Publication() { t_enCours = precedent; }
+    const BilanThermique* precedent;
+};
+} // namespace
 
 StatistiquesBilan DernieresStatistiquesBilan() { return t_dernieres; }
+const BilanThermique* BilanEnCours() { return t_enCours; }
 
 ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& lois, double delta, double duree,
                                  double dt)
@@ -26,7 +38,10 @@ ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& 
     }
     BilanThermique bilan(nl, nc, masque.data(), delta);
     ResultatGrille res;
-    res.stats = bilan.Calculer(lois, duree, dt, t.m_Progression);
+    {
+        const Publication publication(bilan);
+        res.stats = bilan.Calculer(lois, duree, dt, t.m_Progression);
+    }
     res.faces = bilan.Faces();
     t_dernieres = res.stats;
     const std::vector<double>& T = bilan.Temperatures();
@@ -35,7 +50,10 @@ ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& 
     {
         CTemperatureGenerale::CLigne& ligne = t.m_T1[i];
         ligne.SetSize(nc);
-        std::copy(T.begin() + (std::ptrdiff_t)i * nc, T.begin() + (std::ptrdiff_t)(i + 1) * nc, ligne.GetData());
+        if (res.stats.horsBornes)
+            std::fill(ligne.GetData(), ligne.GetData() + nc, -1.0);
+        else
+            std::copy(T.begin() + (std::ptrdiff_t)i * nc, T.begin() + (std::ptrdiff_t)(i + 1) * nc, ligne.GetData());
     }
     return res;
 }

@@ -1,17 +1,21 @@
 // The laws of the Eurocode 2 method for the cell-balance kernel.
 //
 // Choices where the method leaves it open:
-// - an air cell exchanges with the fire-side gas through 1/h (h the total surface
-//   coefficient at the gas and the air cell's temperature) and with the unexposed air
-//   through the unexposed-face resistance, as a material cell does without its
-//   half-cell resistance;
+// - an air cell exchanges with the fire-side gas through 1/hc + 1/h (its own face of air,
+//   as towards another air cell, in series with the total surface coefficient h at the
+//   gas and the air cell's temperature) and with the unexposed air through 1/hc plus the
+//   unexposed-face resistance. Its conductance stays below 4 hc delta, so the cavity step
+//   keeps it stable whatever the radiation;
 // - face results (see BilanThermique.h): the mean exposed-face temperature goes to
 //   m_dTravailA[4]; the second mean is the mean unexposed-face temperature
 //   (m_dTravailB[0]); the conductivity of concrete is taken at the mean exposed-face
 //   temperature (m_dTravailB[3]); the largest unexposed-face temperature ever reached
 //   goes to m_dTravailB[14]. All four start at 20.0.
 // - a step that is zero or not a number (extra materials have no capacity) cannot
-//   advance the fire: the field then stays at 20 degrees instead of looping forever.
+//   advance the fire: the field then stays at 20 degrees instead of looping forever;
+// - the restarts watch air cells too, with their limit C / G (see BilanThermique.h): it
+//   only bites where the step was not held to the cavity limit, as on a second call whose
+//   cavity marks the first one turned into air cells.
 #pragma once
 
 #include "thermal/BilanThermique.h"

@@ -4,7 +4,8 @@
 // Choices where the methods leave it open, the same for both:
 // - the fire-side gas is at 15 + R, R the rise of the standard curve; the exposed face
 //   exchanges with it through 1/h, h = e hr + 6.0, and the unexposed face with the 15
-//   degree air through 1/hu;
+//   degree air through 1/hu; an air cell's face carries the 1/6 of every face that meets
+//   an air cell in series with these films (1/6 + 1/h, 1/6 + 1/hu);
 // - theta_s is the mean temperature of the faces towards the fire-side gas and theta_u
 //   the mean of the faces towards the unexposed air, each face taken between its
 //   half-cell resistance and the film resistance of the step just taken (see

@@ -2,6 +2,7 @@
 #include "Commandes.h"
 #include "Entree.h"
 #include "Svg.h"
+#include "Programme.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -25,23 +26,12 @@ std::string WriteText(const ScratchDir& dir, const char* name, const std::string
     return AfxWideToUtf8(path.Std());
 }
 
-// Runs the program; returns its exit status, with standard output and error captured.
-int RunProgram(const std::string& args, std::string* out, std::string* err, const ScratchDir& dir)
+int Occurrences(const std::string& s, const std::string& what)
 {
-    std::string o = dir.Utf8() + "/stdout.txt", e = dir.Utf8() + "/stderr.txt";
-    std::string cmd = "\"" + std::string(PREFA_PROGRAM) + "\" " + args + " >" + o + " 2>" + e;
-    int status = AfxRunCommand(CString(AfxUtf8ToWide(cmd)));
-    auto slurp = [](const std::string& p) {
-        std::ifstream in(p);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    };
-    if (out)
-        *out = slurp(o);
-    if (err)
-        *err = slurp(e);
-    return status;
+    int n = 0;
+    for (std::size_t p = s.find(what); p != std::string::npos; p = s.find(what, p + 1))
+        ++n;
+    return n;
 }
 
 std::string Message(const std::string& json)
@@ -101,6 +91,9 @@ TEST(FireInput, BadInputNamesTheFieldAndWhatIsWrong)
     m = Message(R"({"outline": [[0,0],[1,0],["a",1]], "duration": 1})");
     EXPECT_NE(std::string::npos, m.find("outline[2][0]: a number was expected")) << m;
     m = Message("{\"outline\": [");
+    EXPECT_NE(std::string::npos, m.find("not valid JSON")) << m;
+    // A number beyond the doubles is a bad file too, not a failure of the command.
+    m = Message(R"({"outline": [[0,0],[1,0],[1,1]], "duration": 444e444})");
     EXPECT_NE(std::string::npos, m.find("not valid JSON")) << m;
     // A bar on the outline is inside; the message starts with the file's name.
     EXPECT_EQ("", Message(R"({"outline": [[0,0],[1,0],[1,1],[0,1]], "duration": 1, "bars": [{"x": 1, "y": 0.5}]})"));
@@ -284,10 +277,103 @@ TEST(Program, SectionPropertiesOfTheExample)
     const double ixx = 0.02 * std::pow(0.20, 3) / 12 + a1 * std::pow(0.10 - yg, 2) + 0.08 * std::pow(0.02, 3) / 12 +
                        a2 * std::pow(0.01 - yg, 2);
     EXPECT_NEAR(ixx, j["Ixx_centroid"].get<double>(), 1e-15);
+    EXPECT_NEAR(ixx / (0.20 - yg), j["axes"]["x"]["W_positive"].get<double>(), 1e-12);
+    // Half the area lies below y = 0.06 (0.0016 + 0.02 x 0.04) and left of x = 0.014;
+    // by hand, Z = 312 and 96.8 cm3.
+    EXPECT_NEAR(0.06, j["plastic"]["x"]["axis_y"].get<double>(), 1e-12);
+    EXPECT_NEAR(312e-6, j["plastic"]["x"]["W_pl"].get<double>(), 1e-15);
+    EXPECT_NEAR(0.014, j["plastic"]["y"]["axis_x"].get<double>(), 1e-12);
+    EXPECT_NEAR(96.8e-6, j["plastic"]["y"]["W_pl"].get<double>(), 1e-15);
+
     std::vector<BYTE> svg = ReadAll(dir / L"section.svg");
     std::string s(svg.begin(), svg.end());
     EXPECT_NE(std::string::npos, s.find("class=\"outline\""));
     EXPECT_NE(std::string::npos, s.find("G ("));
+    EXPECT_EQ(2, Occurrences(s, "class=\"plastic-axis\""));
+    EXPECT_NE(std::string::npos, s.find(">PNA y = 0.0600 <"));
+    EXPECT_NE(std::string::npos, s.find(">PNA x = 0.0140<"));
+    // Distances from the centroidal axes to the fibres: above, below, right, left.
+    EXPECT_EQ(4, Occurrences(s, "<g class=\"fibre\""));
+    for (const char* d : {"0.1257", "0.0743", "0.0757", "0.0243"})
+        EXPECT_NE(std::string::npos, s.find(std::string(">") + d + "</text></g>")) << d;
+}
+
+TEST(Program, SectionGivesTheExactValuesOfTheHandWorkedCases)
+{
+    ScratchDir dir;
+    std::string out, err;
+    auto relative = [](double expected, const nlohmann::json& v, double scale = 0) {
+        EXPECT_NEAR(expected, v.get<double>(), 1e-9 * (scale ? scale : std::fabs(expected))) << v;
+    };
+
+    // The right triangle (1,1), (2,1), (1,2), legs 1: Ix = Iy = b h^3 / 36, Ixy = -b^2 h^2 / 72;
+    // principal moments 1/36 +- 1/72, axis 1 at 45 degrees. Seen from axis 1 the corners
+    // lie at +-1/sqrt(2); from axis 2 at 1/(3 sqrt(2)) and 2/(3 sqrt(2)).
+    std::string file = WriteText(dir, "triangle.json", R"({"contours": [[[1, 1], [2, 1], [1, 2]]]})");
+    ASSERT_EQ(0, RunProgram("section " + file + " --json --no-picture", &out, &err, dir)) << err;
+    nlohmann::json j = nlohmann::json::parse(out);
+    const double r2 = std::sqrt(2.0);
+    relative(0.5, j["area"]);
+    relative(4.0 / 3, j["centroid"][0]);
+    relative(4.0 / 3, j["centroid"][1]);
+    relative(1.0 / 36, j["Ixx_centroid"]);
+    relative(1.0 / 36, j["Iyy_centroid"]);
+    relative(-1.0 / 72, j["Ixy_centroid"]);
+    relative(1.0 / 24, j["I1"]);
+    relative(1.0 / 72, j["I2"]);
+    relative(45.0, j["principal_angle_deg"]);
+    relative(r2 / 24, j["axes"]["1"]["W_positive"]);
+    relative(r2 / 24, j["axes"]["1"]["W_negative"]);
+    relative(r2 / 24, j["axes"]["2"]["W_positive"]);
+    relative(r2 / 48, j["axes"]["2"]["W_negative"]);
+    relative(1.0 / 24, j["axes"]["x"]["W_positive"]); // 1/36 over 2/3
+    relative(1.0 / 12, j["axes"]["y"]["W_negative"]); // 1/36 over 1/3
+    relative(std::sqrt(1.0 / 72 / 0.5), j["axes"]["2"]["radius_of_gyration"]);
+    // Half the area lies below y = 2 - 1/sqrt(2); Z = a^3/6 + t^2/2 - t^3/6, a = 1/sqrt(2), t = 1 - a.
+    const double a = 1 / r2, t = 1 - a, z = a * a * a / 6 + t * t / 2 - t * t * t / 6;
+    relative(2 - a, j["plastic"]["x"]["axis_y"]);
+    relative(z, j["plastic"]["x"]["W_pl"]);
+    relative(2 - a, j["plastic"]["y"]["axis_x"]);
+    relative(z, j["plastic"]["y"]["W_pl"]);
+    relative(2 + r2, j["perimeter_contours"]);
+    EXPECT_NE(std::string::npos, j["angle_convention"].get<std::string>().find("counter-clockwise from the x axis"));
+
+    // A 0.30 x 0.60 rectangle from (100000, 200000): b h^3 / 12 = 0.0054, h b^3 / 12 =
+    // 0.00135, no product, axis 1 along x; b h^2 / 4 = 0.027 and h b^2 / 4 = 0.0135.
+    file = WriteText(dir, "far.json",
+                     R"({"contours": [[[100000, 200000], [100000.3, 200000], [100000.3, 200000.6], [100000, 200000.6]]]})");
+    ASSERT_EQ(0, RunProgram("section " + file + " --json --no-picture", &out, &err, dir)) << err;
+    j = nlohmann::json::parse(out);
+    relative(0.18, j["area"]);
+    relative(100000.15, j["centroid"][0], 0.3);
+    relative(200000.3, j["centroid"][1], 0.6);
+    relative(0.0054, j["Ixx_centroid"]);
+    relative(0.00135, j["Iyy_centroid"]);
+    relative(0.0, j["Ixy_centroid"], 0.0054);
+    relative(0.0054, j["I1"]);
+    relative(0.00135, j["I2"]);
+    EXPECT_NEAR(0.0, j["principal_angle_deg"].get<double>(), 1e-9);
+    relative(0.018, j["axes"]["x"]["W_negative"]);
+    relative(0.009, j["axes"]["y"]["W_positive"]);
+    relative(200000.3, j["plastic"]["x"]["axis_y"], 0.6);
+    relative(0.027, j["plastic"]["x"]["W_pl"]);
+    relative(100000.15, j["plastic"]["y"]["axis_x"], 0.3);
+    relative(0.0135, j["plastic"]["y"]["W_pl"]);
+
+    // The text says which way the angle goes.
+    ASSERT_EQ(0, RunProgram("section " + file + " --no-picture", &out, &err, dir)) << err;
+    EXPECT_NE(std::string::npos, out.find("Principal angle: counter-clockwise from the x axis to axis 1")) << out;
+}
+
+TEST(Program, OpeningsThatLeaveNoAreaAreBadInput)
+{
+    ScratchDir dir;
+    std::string file = WriteText(dir, "hole.json", R"({"contours": [[[0,0],[1,0],[1,1],[0,1]]],
+      "openings": [[[0,0],[0,1],[1,1],[1,0]]]})");
+    std::string out, err;
+    EXPECT_EQ(2, RunProgram("section " + file + " --out " + dir.Utf8(), &out, &err, dir));
+    EXPECT_NE(std::string::npos, err.find(file + ": openings: the openings leave the section no area")) << err;
+    EXPECT_FALSE(Exists(dir / L"section.svg"));
 }
 
 TEST(Program, FirePictureHasFieldLegendIsothermsAndBars)
@@ -307,4 +393,17 @@ TEST(Program, FirePictureHasFieldLegendIsothermsAndBars)
     EXPECT_NE(std::string::npos, s.find("class=\"isotherm\""));
     EXPECT_NE(std::string::npos, s.find("class=\"bar\""));
     EXPECT_NE(std::string::npos, s.find(">B  "));
+}
+
+TEST(Program, AFieldThatLeavesItsRangeIsAnErrorNotTemperatures)
+{
+    // ZOLT gives an extra material no properties: its cells cannot be computed.
+    ScratchDir dir;
+    std::string file = WriteText(dir, "zolt.json", R"({"outline": [[0,0],[0.1,0],[0.1,0.1],[0,0.1]],
+      "materials": [[[0.04,0.04],[0.06,0.04],[0.06,0.06],[0.04,0.06]]], "durations": [0.05], "cell": 0.01,
+      "bars": [{"name": "B", "x": 0.05, "y": 0.03}], "method": "zolt"})");
+    std::string out, err;
+    EXPECT_EQ(1, RunProgram("fire " + file + " --json --no-picture", &out, &err, dir));
+    EXPECT_NE(std::string::npos, err.find("prefa fire: the zolt 0.05 h field left the range")) << err;
+    EXPECT_EQ(std::string::npos, out.find("temperatures")) << out;
 }

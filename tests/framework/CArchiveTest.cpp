@@ -178,3 +178,139 @@ TEST(CArchive, LargeStreamsCrossTheBufferBoundary)
         EXPECT_EQ(0u, ar.GetBytesRemaining());
     });
 }
+
+TEST(CArchive, ScalarsHaveTheFrameworksWidthsWhateverTheCompilers)
+{
+    // long, unsigned long, size_t and wchar_t are 8, 8, 8 and 4 bytes on Linux; the
+    // framework writes 4, 4, 4 and 2. long long is 8 everywhere.
+    auto bytes = Store([](CArchive& ar) {
+        ar << (long)-2 << 5UL << (std::size_t)7 << L'\u00E9' << (long long)-3 << (unsigned long long)9
+           << -4 << 6u << (short)-5 << (unsigned short)0xBEEF << 'A' << (unsigned char)0xC8 << false
+           << (__time64_t)0x123456789LL << (LONG)-6 << (DWORD)0xFFFFFFFFu;
+    });
+    Bytes expected;
+    expected.i32(-2).u32(5).u32(7).u16(0xE9).i64(-3).u64(9).i32(-4).u32(6).u16(0xFFFB).u16(0xBEEF).u8('A').u8(0xC8)
+        .u8(0).i64(0x123456789LL).i32(-6).u32(0xFFFFFFFFu);
+    ASSERT_EQ(expected.b, bytes) << Hex(bytes);
+
+    long l; unsigned long ul; std::size_t z; wchar_t wc; long long ll; unsigned long long ull; int i; unsigned u;
+    short sh; unsigned short us; char c; unsigned char uc; bool b; __time64_t t; LONG L; DWORD dw;
+    Load(bytes, [&](CArchive& ar) { ar >> l >> ul >> z >> wc >> ll >> ull >> i >> u >> sh >> us >> c >> uc >> b >> t >> L >> dw; });
+    EXPECT_EQ(-2, l); // sign-extended from 32 bits
+    EXPECT_EQ(5u, ul);
+    EXPECT_EQ(7u, z);
+    EXPECT_EQ(L'\u00E9', wc);
+    EXPECT_EQ(-3, ll);
+    EXPECT_EQ(9u, ull);
+    EXPECT_EQ(-4, i);
+    EXPECT_EQ(6u, u);
+    EXPECT_EQ(-5, sh);
+    EXPECT_EQ(0xBEEF, us);
+    EXPECT_EQ('A', c);
+    EXPECT_EQ(0xC8, uc);
+    EXPECT_FALSE(b);
+    EXPECT_EQ(0x123456789LL, t);
+    EXPECT_EQ(-6, L);
+    EXPECT_EQ(0xFFFFFFFFu, dw);
+    // An unsigned 32-bit value reads back unsigned into a wider unsigned long.
+    unsigned long big = 0;
+    Load(Bytes().u32(0xFFFFFFFEu).b, [&](CArchive& ar) { ar >> big; });
+    EXPECT_EQ(0xFFFFFFFEul, big);
+}
+
+TEST(CArchive, ValuesBeyondTheFrameworksWidthAreRefusedBeforeWriting)
+{
+    // The 32-bit limits themselves go through.
+    auto edges = Store([](CArchive& ar) {
+        ar << (long)INT32_MIN << (long)INT32_MAX << (unsigned long)UINT32_MAX << (wchar_t)0xFFFF;
+    });
+    EXPECT_EQ(Bytes().i32(INT32_MIN).i32(INT32_MAX).u32(UINT32_MAX).u16(0xFFFF).b, edges) << Hex(edges);
+
+    if (sizeof(long) > 4)
+    {
+        for (long long v : {(long long)INT32_MIN - 1, (long long)INT32_MAX + 1})
+        {
+            std::vector<BYTE> bytes;
+            int cause = ArchiveCause([&] { bytes = Store([&](CArchive& ar) { ar << (BYTE)1 << (long)v; }); });
+            EXPECT_EQ(CArchiveException::genericException, cause) << v;
+        }
+        EXPECT_EQ(CArchiveException::genericException,
+                  ArchiveCause([] { Store([](CArchive& ar) { ar << (unsigned long)UINT32_MAX + 1; }); }));
+    }
+    if (sizeof(wchar_t) > 2)
+    {
+        EXPECT_EQ(CArchiveException::genericException,
+                  ArchiveCause([] { Store([](CArchive& ar) { ar << (wchar_t)0x10000; }); }));
+    }
+}
+
+TEST(CArchive, CountsTakeTwoFourOrEightBytes)
+{
+    struct Case
+    {
+        DWORD_PTR count;
+        std::vector<BYTE> bytes;
+    };
+    std::vector<Case> cases = {
+        {0, Bytes().u16(0).b},
+        {0xFFFE, Bytes().u16(0xFFFE).b},
+        {0xFFFF, Bytes().u16(0xFFFF).u32(0xFFFF).b},
+        {0xFFFFFFFEu, Bytes().u16(0xFFFF).u32(0xFFFFFFFEu).b},
+    };
+    if (sizeof(DWORD_PTR) > 4)
+        cases.push_back({(DWORD_PTR)0xFFFFFFFFu, Bytes().u16(0xFFFF).u32(0xFFFFFFFFu).u64(0xFFFFFFFFu).b});
+    for (const Case& c : cases)
+    {
+        auto bytes = Store([&](CArchive& ar) { ar.WriteCount(c.count); });
+        EXPECT_EQ(c.bytes, bytes) << c.count;
+        DWORD_PTR back = 0;
+        Load(bytes, [&](CArchive& ar) { back = ar.ReadCount(); });
+        EXPECT_EQ(c.count, back);
+    }
+}
+
+TEST(CArchive, TextLinesAreUtf16WithTheirEndsDropped)
+{
+    auto bytes = Store([](CArchive& ar) {
+        ar.WriteString(L"premi\u00E8re\r\n");
+        ar.WriteString(L"deux\n\nlone\rcr\n");
+        ar.WriteString(CString(std::wstring(1, (wchar_t)0x1F525) + L"last"));
+    });
+    Bytes expected;
+    for (char16_t c : std::u16string(u"premi\u00E8re\r\ndeux\n\nlone\rcr\n\xD83D\xDD25last"))
+        expected.u16(c);
+    ASSERT_EQ(expected.b, bytes) << Hex(bytes);
+
+    std::vector<CString> lines;
+    Load(bytes, [&](CArchive& ar) {
+        CString line;
+        while (ar.ReadString(line))
+            lines.push_back(line);
+        EXPECT_TRUE(line.IsEmpty());
+    });
+    EXPECT_EQ((std::vector<CString>{L"premi\u00E8re", L"deux", L"", L"lone\rcr",
+                                    CString(std::wstring(1, (wchar_t)0x1F525) + L"last")}),
+              lines);
+
+    // The buffer form keeps the line end as one '\n' and stops at nMax - 1 characters.
+    Load(bytes, [&](CArchive& ar) {
+        wchar_t buf[8];
+        EXPECT_EQ(buf, ar.ReadString(buf, 8));
+        EXPECT_EQ(std::wstring(L"premi\u00E8r"), buf);
+        ar.ReadString(buf, 8);
+        EXPECT_EQ(std::wstring(L"e\n"), buf);
+        ar.ReadString(buf, 6);
+        EXPECT_EQ(std::wstring(L"deux\n"), buf);
+        ar.ReadString(buf, 8);
+        EXPECT_EQ(std::wstring(L"\n"), buf);
+    });
+    // A file that ends inside "\r\n" or after a lone "\r", and an empty file.
+    Load(Bytes().u16('a').u16('\r').b, [&](CArchive& ar) {
+        CString line;
+        EXPECT_TRUE(ar.ReadString(line));
+        EXPECT_EQ(CString(L"a\r"), line);
+        EXPECT_FALSE(ar.ReadString(line));
+        wchar_t buf[4];
+        EXPECT_EQ(nullptr, ar.ReadString(buf, 4));
+    });
+}

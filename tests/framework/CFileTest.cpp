@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace prefa_test;
 
@@ -129,4 +133,177 @@ TEST(System, IdentityAndFileFinding)
     EXPECT_FALSE(find.FindFile(dir / L"nothing*"));
     EXPECT_TRUE(CFileFind::MatchPattern(L"a*b?c", L"aXXbYc"));
     EXPECT_FALSE(CFileFind::MatchPattern(L"a*b?c", L"aXXbc"));
+}
+
+TEST(CFile, BackslashesAreSeparatorsEverywhere)
+{
+    // A caller's Windows-style path reaches the file in the sub-folder, not a file
+    // named with backslashes; every function of the file layer reads it so.
+    ScratchDir dir;
+    std::filesystem::create_directory(std::filesystem::path((dir / L"sub").Std()));
+    WriteAll(dir / L"sub/seed", {0});
+    const CString folder = dir.Path() + L"\\sub\\";
+    {
+        CFile f;
+        ASSERT_TRUE(f.Open(folder + L"x.bin", CFile::modeCreate | CFile::modeWrite));
+        f.Write("ok", 2);
+        f.Close();
+    }
+    EXPECT_EQ((std::vector<BYTE>{'o', 'k'}), ReadAll(dir / L"sub/x.bin"));
+    EXPECT_EQ(0, _waccess(folder + L"x.bin", 0));
+    CFile::Rename(folder + L"x.bin", folder + L"y.bin");
+    {
+        CMirrorFile m;
+        ASSERT_TRUE(m.Open(folder + L"y.bin", CFile::modeCreate | CFile::modeWrite));
+        m.Write("new", 3);
+        m.Close();
+    }
+    EXPECT_EQ((std::vector<BYTE>{'n', 'e', 'w'}), ReadAll(dir / L"sub/y.bin"));
+    EXPECT_EQ(0, AfxCreateNewFile(folder + L"LOCK_AFF", "l", 1));
+    EXPECT_EQ(EEXIST, AfxCreateNewFile(folder + L"LOCK_AFF", "l", 1));
+    CFileFind find;
+    ASSERT_TRUE(find.FindFile(folder + L"*.bin"));
+    find.FindNextFile();
+    EXPECT_EQ(folder + L"y.bin", find.GetFilePath()); // in the caller's spelling
+    CFile::Remove(find.GetFilePath());
+    EXPECT_EQ(0, _wunlink(folder + L"LOCK_AFF"));
+    std::vector<CString> left;
+    CFileFind all;
+    for (BOOL more = all.FindFile(dir / L"sub/*"); more;)
+    {
+        more = all.FindNextFile();
+        left.push_back(all.GetFileName());
+    }
+    EXPECT_EQ((std::vector<CString>{L"seed"}), left);
+}
+
+TEST(CFile, DriveLettersAreBadPathsWhereSlashSeparates)
+{
+    if (AfxPathSeparator() != L'/')
+        GTEST_SKIP() << "drive letters are paths here";
+    for (const wchar_t* path : {L"C:\\data\\x.bin", L"c:x.bin", L"Z:/x"})
+    {
+        CFile f;
+        CFileException e;
+        EXPECT_FALSE(f.Open(path, CFile::modeCreate | CFile::modeWrite, &e)) << AfxWideToUtf8(path);
+        EXPECT_EQ(CFileException::badPath, e.m_cause);
+        EXPECT_EQ(CString(path), e.m_strFileName);
+        int cause = -1;
+        try
+        {
+            CFile::Remove(path);
+        }
+        catch (CFileException* x)
+        {
+            cause = x->m_cause;
+            x->Delete();
+        }
+        EXPECT_EQ(CFileException::badPath, cause);
+        AfxSetErrno(0);
+        EXPECT_EQ(-1, _waccess(path, 0));
+        EXPECT_EQ(ENOENT, AfxGetErrno());
+        EXPECT_EQ(ENOENT, AfxCreateNewFile(path, "x", 1));
+    }
+    // A colon elsewhere is an ordinary character.
+    ScratchDir dir;
+    CFile f;
+    EXPECT_TRUE(f.Open(dir / L"a:b", CFile::modeCreate | CFile::modeWrite));
+}
+
+TEST(CMirrorFile, RemovesTheLitterOfInterruptedSavesOnly)
+{
+    EXPECT_TRUE(AfxIsTempFileName(L"VORENAFF.~0badf00d"));
+    EXPECT_TRUE(AfxIsTempFileName(L"/a/b.~1234ABCD"));
+    for (const wchar_t* nom : {L"VORENAFF.~0badf00", L"VORENAFF~0badf00d", L"VORENAFF.~0badf00g", L".~0badf00",
+                               L"VORENAFF.~0badf00d1", L""})
+        EXPECT_FALSE(AfxIsTempFileName(nom)) << AfxWideToUtf8(nom);
+
+    ScratchDir dir;
+    const CString record = dir / L"record";
+    WriteAll(record, {1});
+    const std::vector<std::string> gardes{"record.~12345", "other.~0badf00d", "record.~0badf00g", "record.bak",
+                                          "victim", "record.~deadbeef"};
+    for (const char* perime : {"record.~0badf00d", "record.~1234ABCD"})
+        WriteAll(dir / CString(AfxUtf8ToWide(perime)), {9});
+    for (const std::string& g : gardes)
+        if (g != "record.~deadbeef")
+            WriteAll(dir / CString(AfxUtf8ToWide(g)), {7});
+    // A link among the temporary names is not followed, nor removed.
+    std::filesystem::create_symlink(dir.Utf8() + "/victim", dir.Utf8() + "/record.~deadbeef");
+
+    // A save in progress keeps its temporary file from a second save of the same
+    // record, which removes the stale ones; both then complete, in their order.
+    CMirrorFile a;
+    ASSERT_TRUE(a.Open(record, CFile::modeCreate | CFile::modeWrite));
+    a.Write("A", 1);
+    CMirrorFile b;
+    ASSERT_TRUE(b.Open(record, CFile::modeCreate | CFile::modeWrite));
+    b.Write("B", 1);
+    a.Close();
+    EXPECT_EQ((std::vector<BYTE>{'A'}), ReadAll(record));
+    b.Close();
+    EXPECT_EQ((std::vector<BYTE>{'B'}), ReadAll(record));
+
+    // Exclusive creation clears the litter of its own name the same way.
+    WriteAll(dir / L"LOCK_AFF.~00000001", {9});
+    EXPECT_EQ(0, AfxCreateNewFile(dir / L"LOCK_AFF", "lock", 4));
+
+    std::vector<std::string> restants;
+    for (const auto& e : std::filesystem::directory_iterator(dir.Utf8()))
+        restants.push_back(e.path().filename().string());
+    std::sort(restants.begin(), restants.end());
+    std::vector<std::string> attendus = gardes;
+    attendus.push_back("record");
+    attendus.push_back("LOCK_AFF");
+    std::sort(attendus.begin(), attendus.end());
+    EXPECT_EQ(attendus, restants);
+    EXPECT_EQ((std::vector<BYTE>{7}), ReadAll(dir / L"victim"));
+}
+
+// A pipe under a file's name used to block the open until a writer came; a dangling
+// link read as no file at all.
+TEST(CFile, NamesThatAreNoRegularFileAreRefusedAtOnce)
+{
+    ScratchDir dir;
+    const CString tube = dir / L"tube";
+    ASSERT_EQ(0, mkfifo(AfxWideToUtf8(tube.Std()).c_str(), 0600));
+    alarm(30); // a regression blocks: let it fail rather than hang
+    CFile f;
+    CFileException e;
+    EXPECT_FALSE(f.Open(tube, CFile::modeRead | CFile::shareDenyWrite, &e));
+    EXPECT_EQ(CFileException::accessDenied, e.m_cause);
+    EXPECT_EQ(EINVAL, e.m_lOsError);
+    EXPECT_FALSE(f.Open(tube, CFile::modeCreate | CFile::modeWrite, &e));
+    BYTE tampon[4];
+    EXPECT_EQ(EINVAL, AfxReadRegularFile(tube, tampon, 4));
+    alarm(0);
+    EXPECT_EQ(afxOtherFile, AfxGetFileKind(tube));
+
+    const CString pendant = dir / L"pendant";
+    std::filesystem::create_symlink(dir.Utf8() + "/nowhere", AfxWideToUtf8(pendant.Std()));
+    EXPECT_NE(0, _waccess(pendant, 0)); // what the run-time says: no such file
+    EXPECT_EQ(afxOtherFile, AfxGetFileKind(pendant));
+    EXPECT_EQ(EINVAL, AfxReadRegularFile(pendant, tampon, 4));
+    EXPECT_EQ(EEXIST, AfxCreateNewFile(pendant, "x", 1));
+    EXPECT_FALSE(Exists(dir / L"nowhere"));
+
+    // A link to a regular file: records may be reached through it, locks may not.
+    const CString vrai = dir / L"vrai";
+    WriteAll(vrai, {1, 2, 3, 4});
+    const CString lien = dir / L"lien";
+    std::filesystem::create_symlink(AfxWideToUtf8(vrai.Std()), AfxWideToUtf8(lien.Std()));
+    EXPECT_EQ(afxOtherFile, AfxGetFileKind(lien));
+    EXPECT_EQ(EINVAL, AfxReadRegularFile(lien, tampon, 4));
+    EXPECT_TRUE(f.Open(lien, CFile::modeRead));
+    f.Close();
+
+    EXPECT_EQ(afxRegularFile, AfxGetFileKind(vrai));
+    EXPECT_EQ(0, AfxReadRegularFile(vrai, tampon, 4));
+    EXPECT_EQ(4, tampon[3]);
+    BYTE grand[5];
+    EXPECT_EQ(EIO, AfxReadRegularFile(vrai, grand, 5));
+    EXPECT_EQ(afxNoFile, AfxGetFileKind(dir / L"absent"));
+    EXPECT_EQ(ENOENT, AfxReadRegularFile(dir / L"absent", tampon, 4));
+    EXPECT_EQ(afxDirectory, AfxGetFileKind(dir.Path()));
+    EXPECT_EQ(EINVAL, AfxReadRegularFile(dir.Path(), tampon, 4));
 }

@@ -69,3 +69,22 @@ TEST(CString, BufferAccessAndResources)
     EXPECT_FALSE(r.LoadString(40001));
     EXPECT_TRUE(r.IsEmpty());
 }
+
+TEST(CString, EveryOperationAcrossWidthsGoesThroughTheCodePage)
+{
+    CStringA a;
+    a = L"\u00E9";
+    a += L"\u20AC";
+    a += CString(L"\u4E2D"); // not in the code page
+    EXPECT_EQ(std::string("\xE9\x80?"), a.Std());
+    CString w = a + "!";
+    EXPECT_EQ(CString(L"\u00E9\u20AC?!"), w);
+    w = "\x80";
+    EXPECT_TRUE(w == "\x80");
+    EXPECT_TRUE(CStringA("\xE9") == L"\u00E9");
+    EXPECT_TRUE(CStringA("\xE9") != L"e");
+    // The five bytes Windows-1252 leaves undefined keep their value both ways.
+    CString undefined(CStringA("\x81\x8D\x8F\x90\x9D"));
+    EXPECT_EQ(CString(L"\u0081\u008D\u008F\u0090\u009D"), undefined);
+    EXPECT_EQ(std::string("\x81\x8D\x8F\x90\x9D"), CStringA(undefined).Std());
+}

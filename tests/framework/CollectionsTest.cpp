@@ -71,3 +71,60 @@ TEST(CTypedPtrList, HandsOutTypedPointersWithoutOwningThem)
     *l.GetTail() = 5;
     EXPECT_EQ(5, b);
 }
+
+TEST(CStringArray, EditsAndSerialisesAsCountThenTexts)
+{
+    CStringArray a;
+    a.Add(L"un");
+    a.Add(CString(L"trois"));
+    a.InsertAt(1, L"deux");
+    CStringArray b;
+    b.Add(L"z\u00E9ro");
+    a.InsertAt(0, &b);
+    a.InsertAt(4, &a); // an array into itself: the texts as they were
+    ASSERT_EQ(8, a.GetSize());
+    const CString expected[] = {L"z\u00E9ro", L"un", L"deux", L"trois", L"z\u00E9ro", L"un", L"deux", L"trois"};
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(expected[i], a[i]) << i;
+    a.RemoveAt(4, 4);
+
+    auto bytes = Store([&](CArchive& ar) { a.Serialize(ar); });
+    EXPECT_EQ(Bytes().u16(4).text(L"z\u00E9ro").text(L"un").text(L"deux").text(L"trois").b, bytes) << Hex(bytes);
+    CStringArray back;
+    back.Add(L"replaced");
+    Load(bytes, [&](CArchive& ar) { back.Serialize(ar); });
+    ASSERT_EQ(4, back.GetSize());
+    EXPECT_EQ(CString(L"trois"), back[3]);
+
+    // As an object the array carries its class tag; a count the file cannot hold is
+    // refused before anything is allocated.
+    auto tagged = Store([&](CArchive& ar) { ar << &back; });
+    Bytes t;
+    t.u16(0xFFFF).u16(0).u16(12).raw("CStringArray", 12);
+    EXPECT_EQ(t.b, std::vector<BYTE>(tagged.begin(), tagged.begin() + (long)t.size()));
+    EXPECT_EQ(CArchiveException::endOfFile, ArchiveCause([&] {
+                  Load(Bytes().u16(0xFFFF).u32(0x40000000).u8(0).b, [&](CArchive& ar) { back.Serialize(ar); });
+              }));
+}
+
+TEST(CStringList, SerialisesAsCountThenTextsInOrder)
+{
+    CStringList l;
+    l.AddTail(L"b");
+    l.AddHead(CString(L"a"));
+    l.AddTail(L"c");
+    EXPECT_NE(nullptr, l.Find(L"b"));
+    auto bytes = Store([&](CArchive& ar) { l.Serialize(ar); });
+    EXPECT_EQ(Bytes().u16(3).text(L"a").text(L"b").text(L"c").b, bytes) << Hex(bytes);
+    CStringList back;
+    back.AddTail(L"kept");
+    Load(bytes, [&](CArchive& ar) { back.Serialize(ar); });
+    std::vector<CString> seen;
+    for (POSITION p = back.GetHeadPosition(); p;)
+        seen.push_back(back.GetNext(p));
+    EXPECT_EQ((std::vector<CString>{L"kept", L"a", L"b", L"c"}), seen);
+    // A count the file cannot hold is refused before any text is added.
+    EXPECT_EQ(CArchiveException::endOfFile,
+              ArchiveCause([&] { Load(Bytes().u16(50).text(L"x").b, [&](CArchive& ar) { back.Serialize(ar); }); }));
+    EXPECT_EQ(4, back.GetCount());
+}

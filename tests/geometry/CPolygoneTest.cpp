@@ -41,6 +41,51 @@ TEST(CPolygone, OrientationIsEnforcedByTheCacheAccessorsOnly)
     EXPECT_NEAR(tiny.Surface(true), -1e-4, 1e-15);
 }
 
+TEST(CPolygone, ReversalNegatesTheAreaExactlySoOrientationSettlesAtOnce)
+{
+    // With 1e17 among the coordinates a running sum drops the small terms, differently
+    // in each direction: this contour's area (exactly 0 for the points, exactly -0.5
+    // for its rounded terms) used to come out negative both ways, and the first
+    // extents query reversed it for ever.
+    CPolygone p = Poly({{0, 0}, {1, 1e17}, {0, 1}, {1, 1}});
+    EXPECT_EQ(p.g_Xmin(), 0.0);
+    EXPECT_EQ(p.g_Ymax(), 1e17);
+    const std::vector<std::pair<double, double>> inverse{{1, 1}, {0, 1}, {1, 1e17}, {0, 0}};
+    EXPECT_EQ(Points(p), inverse);
+    EXPECT_EQ(p.Surface(true), 0.5);
+    p.GetAt(0); // stale cache: the refresh keeps the orientation found
+    EXPECT_EQ(p.Surface(true), 0.5);
+    EXPECT_EQ(Points(p), inverse);
+
+    // Integer contours 2^40 above the axis: every term is exact, their running sums
+    // are not. The cached area is the exact one, computed here in integers, and the
+    // reversed contour's is exactly its opposite.
+    std::mt19937 g(11);
+    std::uniform_int_distribution<int> x(0, 2047), y(0, 1000), n(4, 12);
+    const double base = std::ldexp(1.0, 40);
+    for (int k = 0; k < 300; ++k)
+    {
+        std::vector<std::pair<long long, long long>> v((std::size_t)n(g));
+        CPolygone a;
+        for (auto& q : v)
+        {
+            q = {x(g), y(g)};
+            a.AddTail((double)q.first, base + (double)q.second);
+        }
+        long long deux = 0; // twice the area, with y measured from 2^40
+        for (std::size_t i = 0; i < v.size(); ++i)
+        {
+            const auto& u = v[i];
+            const auto& w = v[(i + 1) % v.size()];
+            deux -= (w.first - u.first) * (u.second + w.second + (2LL << 40));
+        }
+        CPolygone b(a);
+        b.InverseSens();
+        ASSERT_EQ(a.Surface(false), deux / 2.0) << k;
+        ASSERT_EQ(b.Surface(false), -deux / 2.0) << k;
+    }
+}
+
 TEST(CPolygone, RectangleConstructorOrderAndFloatCleanup)
 {
     CPolygone r(1.0, 2.0, 4.0f, 2.0f, 0.0);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <new>
 
 using namespace prefa_test;
 
@@ -50,4 +51,9 @@ TEST(FichierArchive, AnInterruptedSaveLeavesThePreviousFileWhole)
     EXPECT_FALSE(SerialiseFichierRapporte(d / CString(L"absent"), false, &erreur, [&](CArchive&) { appele = true; }));
     EXPECT_FALSE(appele);
     EXPECT_EQ(erreur.m_cause, CFileException::fileNotFound);
+
+    // Memory running out in a load is the framework's memory exception.
+    EXPECT_TRUE(Throws<CMemoryException>([&] {
+        SerialiseFichierRapporte(chemin, false, &erreur, [](CArchive&) { throw std::bad_alloc(); });
+    }));
 }

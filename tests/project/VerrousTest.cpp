@@ -3,7 +3,10 @@
 #include "ProjetFixture.h"
 
 #include <cstring>
-#include <thread>
+#include <random>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace prefa_test;
 
@@ -336,74 +339,154 @@ TEST_F(Verrous, SwitchOffAndTrivialCalls)
     EXPECT_TRUE(boites.boxes.empty());
 }
 
-// Several processes, each its own workstation, race for the same free project lock.
-// The racers are this test program again, one per workstation folder: each reads its
-// configuration, waits for the start file, then writes whether it took the lock.
+// A lock name held by a pipe used to block the reading for ever; a dangling link read
+// as a free lock. Both are refused at once, and the report says what they are.
+TEST_F(Verrous, LockNamesThatAreNoRegularFileAreRefusedAtOnce)
+{
+    MessageBoxCapture boites;
+    const std::string dossier = m_racine.Utf8() + "/AFF1/";
+    ASSERT_EQ(0, mkfifo((dossier + "LOCK_AFF").c_str(), 0600));
+    std::filesystem::create_symlink(dossier + "nowhere", dossier + "LOCK_PLA.04");
+    std::filesystem::create_symlink(dossier + "nowhere", dossier + "DEVIS.01.lock");
+    ASSERT_EQ(0, mkfifo((dossier + "DEVIS.02.lock").c_str(), 0600));
+    alarm(30); // a regression blocks: let it fail rather than hang
+
+    EXPECT_EQ(GererLock(0, L"AFF1", 0, 5, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), 1u);
+    EXPECT_GE(boites.boxes[0].text.Find(L"IDENTERR_584"), 0);
+    EXPECT_GE(boites.boxes[0].text.Find(LockAff() + L"\nNot a regular file"), 0);
+    EXPECT_EQ(GererLock(0, L"AFF1", 4, 7, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), 2u);
+    EXPECT_GE(boites.boxes[1].text.Find(L"IDENTERR_584"), 0);
+    std::filesystem::remove(dossier + "LOCK_AFF");
+    EXPECT_EQ(GererLock(0, L"AFF1", 4, 7, 1, L""), 0);
+    ASSERT_EQ(boites.boxes.size(), 3u);
+    EXPECT_GE(boites.boxes[2].text.Find(L"IDENTERR_591"), 0);
+    EXPECT_GE(boites.boxes[2].text.Find(L"Not a regular file"), 0);
+
+    CConfigBRAXEL alice;
+    CString detenteur;
+    for (const wchar_t* fichier : {L"DEVIS.01", L"DEVIS.02"})
+    {
+        EXPECT_FALSE(bLockFichierPossible(alice, Affaire(fichier), detenteur, true)) << AfxWideToUtf8(fichier);
+        EXPECT_EQ(detenteur, L"Verrouillé par  sur ");
+        EXPECT_FALSE(bEcritLockFichier(alice, Affaire(fichier), detenteur, true));
+    }
+    alarm(0);
+    // Refused, and left as they were.
+    EXPECT_TRUE(std::filesystem::is_symlink(dossier + "LOCK_PLA.04"));
+    EXPECT_TRUE(std::filesystem::is_symlink(dossier + "DEVIS.01.lock"));
+    EXPECT_FALSE(std::filesystem::exists(dossier + "nowhere"));
+    EXPECT_TRUE(std::filesystem::is_fifo(dossier + "DEVIS.02.lock"));
+}
+
+// Eight processes, each its own workstation, race for the same free lock, round after
+// round, for every kind of lock: exactly one takes it, and the lock names the winner.
 TEST_F(Verrous, RacingProcessesExactlyOneWinsEachRound)
 {
-    const std::vector<std::string>& argv = ::testing::internal::GetArgvs();
-    CString racineCourse = AfxGetEnvironmentVariable(L"PREFA_TEST_COURSE");
-    if (!racineCourse.IsEmpty())
-    {
-        std::filesystem::path poste = std::filesystem::path(racineCourse.Std()) / argv.back();
-        std::filesystem::current_path(poste);
-        DefinitEnvironnement(racineCourse, 1);
-        CConfigBRAXEL moi; // read before the start, to shorten the race window
-        while (!std::filesystem::exists(poste.parent_path() / "depart"))
-            std::this_thread::yield();
-        int gagne = GererLock(0, L"AFF1", 0, 5, 0, L"") == 1 ? 1 : 0;
-        WriteAll(CString((poste / "resultat").wstring()), {(BYTE)('0' + gagne)});
-        return;
-    }
-
-    const int nProcessus = 4;
-    const int nTours = 10;
-    std::filesystem::path racine(m_racine.Path().Std());
+    const int nProcessus = 8;
+    const int nTours = 200;
     for (int i = 0; i < nProcessus; ++i)
     {
-        std::filesystem::create_directories(racine / ("poste" + std::to_string(i)));
-        std::filesystem::current_path(racine / ("poste" + std::to_string(i)));
+        std::string dossier = m_racine.Utf8() + "/poste" + std::to_string(i);
+        std::filesystem::create_directories(dossier);
+        std::filesystem::current_path(dossier);
         Identite(L"PC", CString(L"user") + (wchar_t)(L'0' + i));
     }
-    std::filesystem::current_path(racine);
-    AfxSetEnvironmentVariable(L"PREFA_TEST_COURSE", m_racine.Path());
+    std::filesystem::current_path(m_racine.Utf8());
+    const CString fichier = Affaire(L"DEVIS.01");
 
-    for (int tour = 0; tour < nTours; ++tour)
+    // Each child waits for a kind of lock on its order pipe, tries to take it and
+    // answers 1 (taken) or 0 on its answer pipe; the end of the orders ends it.
+    std::vector<pid_t> fils;
+    std::vector<int> ordres, reponses;
+    for (int i = 0; i < nProcessus; ++i)
     {
-        std::vector<std::thread> coureurs;
-        std::vector<int> statuts(nProcessus, -1);
-        for (int i = 0; i < nProcessus; ++i)
+        int ordre[2], reponse[2];
+        ASSERT_EQ(pipe(ordre), 0);
+        ASSERT_EQ(pipe(reponse), 0);
+        pid_t pid = fork();
+        ASSERT_GE(pid, 0);
+        if (pid == 0)
         {
-            std::string poste = "poste" + std::to_string(i);
-            std::string commande = "\"" + argv[0] + "\" --gtest_filter=Verrous.RacingProcessesExactlyOneWinsEachRound " +
-                                   poste + " >" + poste + "/sortie.txt 2>&1";
-            coureurs.emplace_back([&statuts, i, commande] {
-                statuts[(std::size_t)i] = AfxRunCommand(CString(AfxUtf8ToWide(commande)));
-            });
-        }
-        WriteAll(m_racine / CString(L"depart"), {}); // every racer starts now
-        for (std::thread& t : coureurs)
-            t.join();
-        std::filesystem::remove(racine / "depart");
-        int gagnants = 0;
-        int gagnant = -1;
-        for (int i = 0; i < nProcessus; ++i)
-        {
-            std::filesystem::path poste = racine / ("poste" + std::to_string(i));
-            std::vector<BYTE> sortie = ReadAll(CString((poste / "sortie.txt").wstring()));
-            ASSERT_EQ(statuts[(std::size_t)i], 0) << std::string(sortie.begin(), sortie.end());
-            std::vector<BYTE> resultat = ReadAll(CString((poste / "resultat").wstring()));
-            ASSERT_EQ(resultat.size(), 1u);
-            if (resultat[0] == '1')
+            for (int f : ordres)
+                close(f);
+            close(ordre[1]);
+            close(reponse[0]);
+            if (chdir((m_racine.Utf8() + "/poste" + std::to_string(i)).c_str()) != 0)
+                _exit(3);
+            CConfigBRAXEL moi;
+            CString detenteur;
+            std::mt19937 g((unsigned)i);
+            char genre;
+            while (read(ordre[0], &genre, 1) == 1)
             {
-                ++gagnants;
-                gagnant = i;
+                // Starts of the single-file lock spread over the time a creation
+                // takes, so that some tests of the lock fall just before another's
+                // creation and some just after (where it used to let two win).
+                if (genre == 'f')
+                    usleep(std::uniform_int_distribution<useconds_t>(0, 2000)(g));
+                bool pris = false;
+                switch (genre)
+                {
+                case 'f': pris = bEcritLockFichier(moi, fichier, detenteur, true) && detenteur.IsEmpty(); break;
+                case 'a': pris = GererLock(0, L"AFF1", 0, 5, 0, L"") == 1; break;
+                case 'p': pris = GererLock(0, L"AFF1", 4, 7, 0, L"") == 1; break;
+                case 'b': pris = GererLock(0, L"AFF1", 4, 6, 0, L"") == 1; break;
+                default: _exit(4);
+                }
+                char r = pris ? '1' : '0';
+                if (write(reponse[1], &r, 1) != 1)
+                    _exit(5);
             }
-            std::filesystem::remove(poste / "resultat");
+            _exit(0);
         }
-        ASSERT_EQ(gagnants, 1) << "round " << tour;
-        EXPECT_EQ(Detenteur(LockAff()), CString(L"user") + (wchar_t)(L'0' + gagnant) + L"@PC");
-        std::filesystem::remove(racine / "AFF1" / "LOCK_AFF");
+        close(ordre[0]);
+        close(reponse[1]);
+        fils.push_back(pid);
+        ordres.push_back(ordre[1]);
+        reponses.push_back(reponse[0]);
     }
-    AfxSetEnvironmentVariable(L"PREFA_TEST_COURSE", nullptr);
+
+    const std::pair<char, std::vector<CString>> genres[] = {
+        {'f', {fichier + L".lock"}},
+        {'a', {LockAff()}},
+        {'p', {LockPla(4)}},
+        {'b', {LockAff(), LockPla(4)}},
+    };
+    for (const auto& genre : genres)
+    {
+        for (int tour = 0; tour < nTours; ++tour)
+        {
+            for (int f : ordres)
+                ASSERT_EQ(write(f, &genre.first, 1), 1);
+            int gagnants = 0, gagnant = -1;
+            for (int i = 0; i < nProcessus; ++i)
+            {
+                char r;
+                ASSERT_EQ(read(reponses[(std::size_t)i], &r, 1), 1) << "child " << i << " died";
+                if (r == '1')
+                {
+                    ++gagnants;
+                    gagnant = i;
+                }
+            }
+            ASSERT_EQ(gagnants, 1) << "lock '" << genre.first << "', round " << tour;
+            for (const CString& lock : genre.second)
+            {
+                EXPECT_EQ(Detenteur(lock), CString(L"user") + (wchar_t)(L'0' + gagnant) + L"@PC");
+                ASSERT_EQ(_wunlink(lock), 0);
+            }
+        }
+    }
+    for (int f : ordres)
+        close(f);
+    for (pid_t pid : fils)
+    {
+        int statut = 0;
+        ASSERT_EQ(waitpid(pid, &statut, 0), pid);
+        EXPECT_TRUE(WIFEXITED(statut) && WEXITSTATUS(statut) == 0);
+    }
+    for (int f : reponses)
+        close(f);
 }

@@ -1,4 +1,5 @@
 #include "section/CSectionGenerale.h"
+#include "support/PannesFichier.h"
 #include "support/TestSupport.h"
 
 #include "project/Environnement.h"
@@ -238,5 +239,15 @@ TEST(CSectionGenerale, SectionFileSaveLoadAndErrors)
     for (const auto& e : std::filesystem::directory_iterator(dir.Utf8() + "/E1"))
         fichiers += e.is_regular_file();
     EXPECT_EQ(fichiers, 2); // SECTION.07 and SECTION.09 only
+
+    // A save failing at any write, flush or rename keeps the previous file whole.
+    CListePolygone l3;
+    l3.AddTail(Contour({{0, 0}, {3, 0}, {3, 1}, {0, 1}}));
+    CSectionGenerale autre;
+    autre.CaracteristiquesSectionsPolygone(l3, l2);
+    EprouveLesPannes({nom}, [&] {
+        MessageBoxCapture boxes;
+        return autre.Ecriture(_T("E1"), 7) == 1;
+    });
     AnnuleDefinitionEnvironnement();
 }

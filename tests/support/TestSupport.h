@@ -10,10 +10,14 @@
 #include <string>
 #include <vector>
 
-// Texts in failure messages as texts, not as pointers.
-inline void PrintTo(const CString& s, std::ostream* os)
+// Failure messages show texts as UTF-8 rather than as pointers.
+template <typename CharT>
+void PrintTo(const CStringT<CharT>& s, std::ostream* os)
 {
-    *os << '"' << AfxWideToUtf8(s.Std()) << '"';
+    if constexpr (std::is_same<CharT, wchar_t>::value)
+        *os << '"' << AfxWideToUtf8(s.Std()) << '"';
+    else
+        *os << '"' << AfxWideToUtf8(AfxAnsiToWide(s.Std())) << '"';
 }
 
 namespace prefa_test

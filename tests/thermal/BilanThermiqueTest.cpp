@@ -205,6 +205,23 @@ TEST(BilanThermique, EvaporationPlateauHoldsTheTemperatureUntilTheStoreIsSpent)
     EXPECT_NEAR(chaudApres(4), t3 + Q3 / (1000.0 * d * d), 1e-9);
 }
 
+TEST(BilanThermique, TheRangeCheckAllowsRoundingOnly)
+{
+    // One concrete cell between two gas cells at 220 degrees, with a step that exceeds its
+    // explicit limit C / G by a factor 1 + e: one step leaves it at 220 + 200 e.
+    const double masque[3] = {-1.0, 11.0, -1.0};
+    const double d = 0.1, R = 0.5 * d / 1.0 + 0.5, limite = 1000.0 * d * d / (2 * d / R);
+    for (double e : {1e-12, 1e-6})
+    {
+        BilanThermique b(1, 3, masque, d);
+        const double dt = limite * (1 + e);
+        const StatistiquesBilan s = b.Calculer(LoisPlateau(), dt, dt);
+        EXPECT_EQ(s.pas, 1);
+        EXPECT_NEAR(b.Temperatures()[1], 220.0 + 200.0 * e, 1e-11);
+        EXPECT_EQ(s.horsBornes, e > 1e-9) << e;
+    }
+}
+
 // A beam with everything in it: fire on three faces, unexposed air on top, a cavity and
 // an air cell row, 37 columns so that the bands split unevenly.
 void PoutreMixte(CTemperatureGenerale& t)

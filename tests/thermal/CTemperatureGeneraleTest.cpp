@@ -5,6 +5,7 @@
 #include "project/Environnement.h"
 #include "project/FichiersEtudes.h"
 #include "project/MessErreur.h"
+#include "support/PannesFichier.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -207,6 +208,41 @@ TEST(CTemperatureGenerale, MalformedArchivesRaiseBeforeAllocating)
     sansColonne.i32(1).i32(0).i32(0x7fffffff).i32(0).f64(0.01).f64(0).f64(0);
     EXPECT_NE(-1, ArchiveCause([&] { Load(sansColonne.b, [&](CArchive& ar) { h.Serialize(ar); }); }));
     EXPECT_EQ(0, h.m_T1.GetSize());
+
+    // No row but columns: the product is zero, yet one row buffer of that many columns
+    // would be 800 MB (or, at 2^31 - 1, std::bad_alloc out of the loader).
+    for (std::int32_t nColonnes : {100000000, 0x7fffffff, 1})
+    {
+        Bytes sansLigne;
+        sansLigne.i32(1).i32(3).i32(0).i32(nColonnes).f64(0.01).f64(0).f64(0).zeros(64);
+        EXPECT_EQ(CArchiveException::badIndex,
+                  ArchiveCause([&] { Load(sansLigne.b, [&](CArchive& ar) { h.Serialize(ar); }); }))
+            << nColonnes;
+    }
+    // The empty field (the shape of a reset object) still loads.
+    Bytes vide;
+    vide.i32(1).i32(3).i32(0).i32(0).f64(0.01).f64(0).f64(0);
+    EXPECT_EQ(0u, Load(vide.b, [&](CArchive& ar) { h.Serialize(ar); }));
+    EXPECT_EQ(CTemperatureGenerale::EC2, h.GetTypeCalcul());
+
+    // The method number must be one of the four methods.
+    for (std::int32_t type : {-1, 4, 0x7fffffff, 0, 3})
+    {
+        Bytes b;
+        b.i32(1).i32(type).i32(1).i32(1).f64(0.01).f64(0).f64(0).f64(20.0);
+        CTemperatureGenerale m;
+        const int cause = ArchiveCause([&] { Load(b.b, [&](CArchive& ar) { m.Serialize(ar); }); });
+        if (type == 0 || type == 3)
+        {
+            EXPECT_EQ(-1, cause);
+            EXPECT_EQ(type, (int)m.GetTypeCalcul());
+        }
+        else
+        {
+            EXPECT_EQ(CArchiveException::badIndex, cause) << type;
+            EXPECT_EQ(0, m.m_T1.GetSize());
+        }
+    }
 }
 
 TEST(CTemperatureGenerale, StudyFileRoundTripAndFailures)
@@ -246,5 +282,13 @@ TEST(CTemperatureGenerale, StudyFileRoundTripAndFailures)
         EXPECT_NE(std::wstring::npos, texte.find(L"4705"));
     }
     EXPECT_FALSE(Exists(Compose_Fichier_Etudes(L"NoSuchStudy", L"TEMPER.", 3)));
+
+    // A save failing at any write, flush or rename keeps the previous field whole.
+    CTemperatureGenerale suivant = Champ(5, 3, CTemperatureGenerale::EC2);
+    EprouveLesPannes({chemin}, [&] {
+        MessageBoxCapture boxes;
+        suivant.Ecriture(L"E1", 3);
+        return boxes.boxes.empty();
+    });
     AnnuleDefinitionEnvironnement();
 }

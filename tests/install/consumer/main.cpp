@@ -2,6 +2,7 @@
 #include <prefa.h>
 
 #include <cstdio>
+#include <filesystem>
 
 int main()
 {
@@ -18,6 +19,17 @@ int main()
     ar >> text >> value;
     if (text != L"b\u00E9ton" || value != 2.5)
         return 1;
+
+    // A zip archive written and read back: libzip and zlib come with the package.
+    CString zipPath(AfxUtf8ToWide((std::filesystem::temp_directory_path() / "prefa_consumer.zip").u8string()));
+    CArchiveZip zip;
+    if (!zip.Ouvre(zipPath, CArchiveZip::modeCreation) || !zip.AjouteTampon(L"a.txt", "abc", 3, 0) || !zip.Ferme())
+        return 1;
+    std::vector<BYTE> contents;
+    if (!zip.Ouvre(zipPath) || !zip.LitMembre(0, contents) || contents.size() != 3)
+        return 1;
+    zip.Ferme();
+    std::filesystem::remove(std::filesystem::path(zipPath.Std()));
     std::printf("prefa %s ok\n", PREFA_VERSION_STRING);
     return 0;
 }

@@ -1,0 +1,65 @@
+# Compiles SOURCE with -fsyntax-only twice: as it stands it must compile; with
+# PREFA_MISUSE defined, every line marked "must not compile" must be named by the
+# compiler's errors, and no unmarked line may be.
+# Variables: COMPILER, SOURCE, INCLUDES (a "|"-separated list of folders), FLAGS (a
+# "|"-separated list of further options).
+string(REPLACE "|" ";" _includes "${INCLUDES}")
+string(REPLACE "|" ";" _flags "${FLAGS}")
+set(_args -std=c++17 -fsyntax-only ${_flags})
+foreach(dir IN LISTS _includes)
+  # The compiler's own folders stay where it searches them.
+  if(dir AND NOT dir MATCHES "^/usr(/local)?/include/?$")
+    list(APPEND _args -I${dir})
+  endif()
+endforeach()
+
+execute_process(COMMAND ${COMPILER} ${_args} ${SOURCE}
+                RESULT_VARIABLE _rc OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
+if(NOT _rc EQUAL 0)
+  message(FATAL_ERROR "the correct calls do not compile:\n${_err}")
+endif()
+
+# Marked line numbers (semicolons and brackets hidden from CMake's list splitting).
+file(READ ${SOURCE} _text)
+string(REPLACE ";" "," _text "${_text}")
+string(REPLACE "[" "(" _text "${_text}")
+string(REPLACE "]" ")" _text "${_text}")
+string(REPLACE "\n" ";" _lines "${_text}")
+set(_n 0)
+set(_marked)
+foreach(_line IN LISTS _lines)
+  math(EXPR _n "${_n} + 1")
+  if(_line MATCHES "// must not compile")
+    list(APPEND _marked ${_n})
+  endif()
+endforeach()
+list(LENGTH _marked _count)
+if(_count EQUAL 0)
+  message(FATAL_ERROR "no line of ${SOURCE} is marked")
+endif()
+
+execute_process(COMMAND ${COMPILER} ${_args} -fmax-errors=1000 -DPREFA_MISUSE ${SOURCE}
+                RESULT_VARIABLE _rc OUTPUT_VARIABLE _out ERROR_VARIABLE _err)
+if(_rc EQUAL 0)
+  message(FATAL_ERROR "the misuses compile")
+endif()
+get_filename_component(_name ${SOURCE} NAME)
+set(_missing)
+foreach(_line IN LISTS _marked)
+  if(NOT _err MATCHES "${_name}:${_line}:[0-9]+:")
+    list(APPEND _missing ${_line})
+  endif()
+endforeach()
+string(REGEX MATCHALL "${_name}:[0-9]+:[0-9]+: error" _errors "${_err}")
+set(_unexpected)
+foreach(_e IN LISTS _errors)
+  string(REGEX REPLACE "^${_name}:([0-9]+):.*" "\\1" _line "${_e}")
+  list(FIND _marked ${_line} _at)
+  if(_at EQUAL -1)
+    list(APPEND _unexpected ${_line})
+  endif()
+endforeach()
+if(_missing OR _unexpected)
+  message(FATAL_ERROR "lines that compiled: ${_missing}\nunmarked lines that failed: ${_unexpected}\n${_err}")
+endif()
+message(STATUS "${_count} misuses refused")
