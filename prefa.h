@@ -33,6 +33,10 @@
 #include "thermal/GrilleBilan.h"
 #include "thermal/ProprietesEC2.h"
 #include "thermal/ProprietesFlamme.h"
+#include "thermal/CCourbeFeu.h"
+#include "thermal/CCourbeFeuParametrique.h"
+#include "thermal/CCourbeFeuTable.h"
+#include "thermal/ExpositionFaces.h"
 
 // project records
 #include "project/CAffaire.h"

@@ -6,6 +6,8 @@
 #include "thermal/CTemperatureGenerale.h"
 #include "thermal/GrilleBilan.h"
 
+#include "PoutreReference.h"
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -15,23 +17,6 @@
 
 namespace
 {
-void PoutreReference(CTemperatureGenerale& t, double pas)
-{
-    const int nc = (int)(0.30 / pas + 0.5) + 2, nl = (int)(0.60 / pas + 0.5) + 2;
-    t.RAZListesEtDonnees();
-    t.m_Masque.SetSize(nl);
-    for (int i = 0; i < nl; ++i)
-    {
-        t.m_Masque[i].SetSize(nc);
-        for (int j = 0; j < nc; ++j)
-            t.m_Masque[i][j] = (i == 0 || j == 0 || i == nl - 1 || j == nc - 1) ? -1.0 : 11.0;
-    }
-    t.SetDELX(pas);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
-}
-
 struct Mesure
 {
     double secondes;

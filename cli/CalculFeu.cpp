@@ -87,6 +87,8 @@ void Mesh(CTemperatureGenerale& t, const FireInput& in, double duration)
             t.m_Masque[1][j] = -1.0;
             t.m_T1[1][j] = -1.0;
         }
+    if (!in.exposed.empty() && !ExposerFaces(t, section, in.exposed))
+        throw InputError(in.source, "exposed", "the exposure does not fit the outline");
 }
 
 bool Compute(CTemperatureGenerale& t, const FireInput& in, double duration)
@@ -102,8 +104,8 @@ bool Compute(CTemperatureGenerale& t, const FireInput& in, double duration)
     switch (in.method)
     {
     case Method::Ec2:
-        t.CalculTemperatureEC2(n, duration, in.moisture, 0.0, (CTemperatureGenerale::MONTEE_TEMPERATURE)in.fireCurve,
-                               (TYPE_GRANULAT)in.aggregate, in.aggregateConductivity ? 1 : 0);
+        t.CalculTemperatureEC2(n, duration, in.moisture, 0.0, *MakeCurve(in.curve), (TYPE_GRANULAT)in.aggregate,
+                               in.aggregateConductivity ? 1 : 0);
         break;
     case Method::Itbtp: t.CalculTemperatureITBTP(n, 0, duration, 0.0); break;
     case Method::Zolt: t.CalculTemperatureZOLT(n, duration, 0.0); break;
@@ -113,69 +115,100 @@ bool Compute(CTemperatureGenerale& t, const FireInput& in, double duration)
     return !stopped;
 }
 
-FireResult RunFire(const FireInput& in, const ProgressFn& progress)
+std::vector<double> HistoryTimes(double every, double longestHours)
+{
+    std::vector<double> times;
+    const double end = longestHours * 60.0;
+    for (int k = 1; every > 0 && k * every <= end * (1 + 1e-12); ++k)
+        times.push_back(k * every);
+    if (times.empty() || times.back() < end * (1 - 1e-12))
+        times.push_back(end);
+    return times;
+}
+
+namespace
+{
+// The field of t in section coordinates, material cells only (gas, air and cavities
+// are left blank), for the picture.
+ScalarGrid FieldOf(const CTemperatureGenerale& t, const FireInput& in)
+{
+    ScalarGrid g;
+    const int rows = (int)t.m_T1.GetSize();
+    const int cols = rows ? (int)t.m_T1[0].GetSize() : 0;
+    g.cell = t.GetDELX();
+    for (int j = 0; j < cols; ++j)
+        g.xs.push_back(CellCentre(t, in.outline, 0, j).x);
+    for (int i = 0; i < rows; ++i)
+        g.ys.push_back(CellCentre(t, in.outline, i, 0).y);
+    g.values.assign((std::size_t)rows * cols, std::numeric_limits<double>::quiet_NaN());
+    for (int i = 0; i < rows; ++i)
+        for (int j = 0; j < cols && j < (int)t.m_T1[i].GetSize(); ++j)
+        {
+            const bool inside = in.method == Method::Dtu ? t.m_T1[i][j] >= 0 && j > 0 && j < cols - 1
+                                : (i < (int)t.m_Masque.GetSize() && j < (int)t.m_Masque[i].GetSize() &&
+                                   t.m_Masque[i][j] > 0);
+            if (inside)
+                g.values[(std::size_t)i * cols + j] = t.m_T1[i][j];
+        }
+    return g;
+}
+} // namespace
+
+FireResult RunFire(const FireInput& in, const std::vector<double>& historyMinutes, const ProgressFn& progress)
 {
     FireResult r;
     r.durations = in.durations;
     r.rises = in.method == Method::Dtu;
-    r.barTemps.assign(in.bars.size(), std::vector<double>(in.durations.size(), 0.0));
-    double total = 0;
-    for (double d : in.durations)
-        total += d;
-    double done = 0;
-    for (std::size_t k = 0; k < in.durations.size(); ++k)
+    r.initial = r.rises ? 0.0 : in.method == Method::Ec2 ? 20.0 : 15.0;
+    r.historyMinutes = historyMinutes;
+    const std::size_t nd = in.durations.size(), nb = in.bars.size();
+    r.barTemps.assign(nb, std::vector<double>(nd, 0.0));
+    r.history.assign(nb, std::vector<double>(historyMinutes.size(), 0.0));
+    const double longest = *std::max_element(in.durations.begin(), in.durations.end());
+
+    CTemperatureGenerale t;
+    Mesh(t, in, longest);
+    r.cell = t.GetDELX();
+    // Each field is read through a copy of the grid that takes its temperatures.
+    CTemperatureGenerale lookup;
+    lookup.CopyTemperature(t);
+    lookup.m_PtTranslation = t.GetPtTranslation();
+    std::vector<Point2> points;
+    for (const Bar& b : in.bars)
+        points.push_back(LookupPoint(t, in.outline, b.p));
+    t.m_DureesReleves = in.durations;
+    for (double m : historyMinutes)
+        t.m_DureesReleves.push_back(m / 60.0);
+    t.m_Releve = [&](std::size_t k, const double* T) {
+        for (INT_PTR i = 0; i < lookup.m_T1.GetSize(); ++i)
+        {
+            CTemperatureGenerale::CLigne& ligne = lookup.m_T1[i];
+            std::copy(T, T + ligne.GetSize(), ligne.GetData());
+            T += ligne.GetSize();
+        }
+        for (std::size_t b = 0; b < nb; ++b)
+            (k < nd ? r.barTemps[b][k] : r.history[b][k - nd]) = lookup.T(points[b].x, points[b].y);
+        if (k + 1 == nd)
+            r.field = FieldOf(lookup, in);
+    };
+    char label[64];
+    std::snprintf(label, sizeof label, "%s %.2f h", MethodName(in.method), longest);
+    if (progress)
+        t.m_Progression = [&](double f) { return progress(f, label); };
+    if (!Compute(t, in, longest))
     {
-        const double duration = in.durations[k];
-        CTemperatureGenerale t;
-        Mesh(t, in, duration);
-        char label[64];
-        std::snprintf(label, sizeof label, "%s %.2f h", MethodName(in.method), duration);
-        if (progress)
-            t.m_Progression = [&](double f) { return progress((done + f * duration) / total, label); };
-        if (!Compute(t, in, duration))
-        {
-            r.cancelled = true;
-            return r;
-        }
-        if (in.method != Method::Dtu && DernieresStatistiquesBilan().horsBornes)
-            throw std::runtime_error(std::string("the ") + label +
-                                     " field left the range of the fire's temperatures after step " +
-                                     std::to_string(DernieresStatistiquesBilan().pasHorsBornes) +
-                                     " (a value that is not a number, or beyond the gas): no temperatures are given");
-        done += duration;
-        for (std::size_t b = 0; b < in.bars.size(); ++b)
-        {
-            Point2 q = LookupPoint(t, in.outline, in.bars[b].p);
-            r.barTemps[b][k] = t.T(q.x, q.y);
-        }
-        if (in.method == Method::Dtu)
-        {
-            r.criterion140 = t.m_dTravailA[0];
-            r.criterion180 = t.m_dTravailA[1];
-        }
-        if (k + 1 == in.durations.size())
-        {
-            // The last field, in section coordinates, for the picture.
-            const int rows = (int)t.m_T1.GetSize();
-            const int cols = rows ? (int)t.m_T1[0].GetSize() : 0;
-            r.cell = t.GetDELX();
-            r.field.cell = r.cell;
-            for (int j = 0; j < cols; ++j)
-                r.field.xs.push_back(CellCentre(t, in.outline, 0, j).x);
-            for (int i = 0; i < rows; ++i)
-                r.field.ys.push_back(CellCentre(t, in.outline, i, 0).y);
-            r.field.values.assign((std::size_t)rows * cols, std::numeric_limits<double>::quiet_NaN());
-            for (int i = 0; i < rows; ++i)
-                for (int j = 0; j < cols && j < (int)t.m_T1[i].GetSize(); ++j)
-                {
-                    // Material cells only: gas, air and cavities are left blank.
-                    bool inside = in.method == Method::Dtu ? t.m_T1[i][j] >= 0 && j > 0 && j < cols - 1
-                                  : (i < (int)t.m_Masque.GetSize() && j < (int)t.m_Masque[i].GetSize() &&
-                                     t.m_Masque[i][j] > 0);
-                    if (inside)
-                        r.field.values[(std::size_t)i * cols + j] = t.m_T1[i][j];
-                }
-        }
+        r.cancelled = true;
+        return r;
+    }
+    if (in.method != Method::Dtu && DernieresStatistiquesBilan().horsBornes)
+        throw std::runtime_error(std::string("the ") + label +
+                                 " field left the range of the fire's temperatures after step " +
+                                 std::to_string(DernieresStatistiquesBilan().pasHorsBornes) +
+                                 " (a value that is not a number, or beyond the gas): no temperatures are given");
+    if (in.method == Method::Dtu)
+    {
+        r.criterion140 = t.m_dTravailA[0];
+        r.criterion180 = t.m_dTravailA[1];
     }
     return r;
 }

@@ -2,6 +2,7 @@
 
 #include "CalculFeu.h"
 #include "Entree.h"
+#include "Historique.h"
 #include "Progression.h"
 #include "Svg.h"
 
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 namespace prefa_cli
@@ -18,6 +20,7 @@ namespace prefa_cli
 namespace
 {
 const double kPi = 3.141592653589793;
+const int kMaxHistory = 2000; // rows of a history
 
 std::string Fixed(double v, int decimals)
 {
@@ -68,6 +71,20 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
                 throw InputError("prefa " + command, "--out", "a folder is expected after --out");
             o.outDir = args[++k];
         }
+        else if (command == "fire" && a == "--every")
+        {
+            char* end = nullptr;
+            o.every = k + 1 < args.size() ? std::strtod(args[k + 1].c_str(), &end) : 0.0;
+            if (k + 1 >= args.size() || *end != '\0' || !(o.every > 0) || !std::isfinite(o.every))
+                throw InputError("prefa " + command, "--every", "a positive number of minutes is expected after --every");
+            ++k;
+        }
+        else if (command == "fire" && a == "--csv")
+        {
+            if (k + 1 >= args.size())
+                throw InputError("prefa " + command, "--csv", "a file name is expected after --csv");
+            o.csv = args[++k];
+        }
         else if (!a.empty() && a[0] == '-')
             throw InputError("prefa " + command, a, "unknown option (see prefa " + command + " --help)");
         else if (o.file.empty())
@@ -83,8 +100,15 @@ Options ParseOptions(const std::string& command, const std::vector<std::string>&
 int FireCommand(const Options& o)
 {
     FireInput in = o.file.empty() ? ExampleFireInput() : ReadFireInput(o.file);
+    const double longest = *std::max_element(in.durations.begin(), in.durations.end());
+    if (!o.csv.empty() && o.every == 0)
+        throw InputError("prefa fire", "--csv", "the CSV file holds the history: give --every too");
+    if (o.every > 0 && longest * 60.0 / o.every > kMaxHistory)
+        throw InputError("prefa fire", "--every", "more than " + std::to_string(kMaxHistory) + " times up to " +
+                                                      Minutes(longest) + "; take a longer interval");
     ProgressBar bar(true);
-    FireResult r = RunFire(in, [&](double f, const std::string& label) {
+    FireResult r = RunFire(in, o.every > 0 ? HistoryTimes(o.every, longest) : std::vector<double>(),
+                           [&](double f, const std::string& label) {
         bar.Update(f, label);
         return true;
     });
@@ -103,8 +127,7 @@ int FireCommand(const Options& o)
         double tmin = r.rises ? 0.0 : 20.0;
         double top = std::max(tmin + 100.0, std::ceil(tmax / 100.0) * 100.0);
         SvgPicture svg(box, 0.03 * std::max(box.Width(), box.Height()));
-        svg.Title("prefa fire - " + std::string(MethodName(in.method)) +
-                  (in.method == Method::Ec2 ? ", " + std::string(FireCurveName(in.fireCurve)) + " fire" : "") + ", " +
+        svg.Title("prefa fire - " + std::string(MethodName(in.method)) + ", " + FireCurveName(in.curve) + " fire, " +
                   Minutes(r.durations.back()));
         svg.Field(r.field, tmin, top);
         svg.IsothermLines(r.field, 100.0, tmin, top);
@@ -115,6 +138,17 @@ int FireCommand(const Options& o)
             svg.Marker({in.bars[b].p, in.bars[b].name + "  " + Fixed(r.barTemps[b].back(), 0) + (r.rises ? " K" : " \xC2\xB0""C")},
                        "#111111");
         svg.Legend(tmin, top, 100.0, r.rises ? "rise (K)" : "T (\xC2\xB0""C)");
+        // Each bar against time: the history, or the durations when there is none.
+        std::vector<Series> series;
+        for (std::size_t b = 0; b < in.bars.size(); ++b)
+            series.push_back({in.bars[b].name, o.every > 0 ? r.history[b] : r.barTemps[b]});
+        std::vector<double> minutes = r.historyMinutes;
+        if (o.every == 0)
+            for (double d : r.durations)
+                minutes.push_back(d * 60.0);
+        if (!in.bars.empty() && std::is_sorted(minutes.begin(), minutes.end()))
+            svg.TimeChart(minutes, series, r.initial, "bar temperatures against time",
+                          r.rises ? "rise (K)" : "T (\xC2\xB0""C)");
         pictureWritten = svg.Save(picture);
         if (!pictureWritten)
         {
@@ -123,13 +157,23 @@ int FireCommand(const Options& o)
         }
     }
 
+    std::string csvPath;
+    if (!o.csv.empty())
+    {
+        if (!SaveText(o.csv, HistoryCsv(in, r)))
+        {
+            std::fprintf(stderr, "prefa fire: %s: the history cannot be written\n", o.csv.c_str());
+            return 1;
+        }
+        csvPath = o.csv;
+    }
+
     if (o.json)
     {
         nlohmann::json j;
         j["source"] = in.source;
         j["method"] = MethodName(in.method);
-        if (in.method == Method::Ec2)
-            j["fire_curve"] = FireCurveName(in.fireCurve);
+        j["fire_curve"] = FireCurveName(in.curve);
         j["cell"] = in.cell;
         j["unit"] = r.rises ? "rise_K" : "degC";
         j["durations"] = r.durations;
@@ -138,16 +182,21 @@ int FireCommand(const Options& o)
             bars.push_back({{"name", in.bars[b].name}, {"x", in.bars[b].p.x}, {"y", in.bars[b].p.y},
                             {"temperatures", r.barTemps[b]}});
         j["bars"] = bars;
+        if (o.every > 0)
+            j["history"] = HistoryJson(in, r, o.every);
         if (r.rises)
             j["criteria_minutes"] = {{"mean_rise_140", r.criterion140}, {"max_rise_180", r.criterion180}};
         if (pictureWritten)
             j["picture"] = picture;
+        if (!csvPath.empty())
+            j["csv"] = csvPath;
         std::printf("%s\n", j.dump(2).c_str());
         return 0;
     }
 
-    std::printf("prefa fire: %s - method %s%s, cell %s mm\n", in.source.c_str(), MethodName(in.method),
-                in.method == Method::Ec2 ? (std::string(", ") + FireCurveName(in.fireCurve) + " fire").c_str() : "",
+    const std::string details = FireCurveDetails(in.curve);
+    std::printf("prefa fire: %s - method %s, %s fire%s, cell %s mm\n", in.source.c_str(), MethodName(in.method),
+                FireCurveName(in.curve).c_str(), details.empty() ? "" : (" (" + details + ")").c_str(),
                 Fixed(in.cell * 1000.0, 1).c_str());
     std::printf("bar temperatures (%s)\n\n", unit);
     std::printf("%-10s %8s %8s", "bar", "x (m)", "y (m)");
@@ -167,6 +216,10 @@ int FireCommand(const Options& o)
         std::printf("\nunexposed face: mean rise 140 K at %s, highest rise 180 K at %s\n",
                     criterion(r.criterion140).c_str(), criterion(r.criterion180).c_str());
     }
+    if (o.every > 0)
+        std::printf("%s", HistoryTable(in, r, o.every).c_str());
+    if (!csvPath.empty())
+        std::printf("\nhistory: %s\n", csvPath.c_str());
     if (pictureWritten)
         std::printf("\npicture: %s\n", picture.c_str());
     return 0;
@@ -356,28 +409,54 @@ std::string MainHelp()
 
 std::string FireHelp()
 {
-    return std::string("usage: prefa fire [FILE.json] [--json] [--out DIR] [--no-picture]\n\n"
-                       "Computes the temperature field of a section after each fire duration and prints\n"
-                       "the temperature at every bar (read with the library's point lookup); writes\n"
-                       "fire.svg (colour map, isotherms every 100 degrees, legend, outline, bars) into DIR.\n"
-                       "--json prints the results as JSON for scripts. The section is heated on all faces\n"
-                       "(dtu: the slab model of the method, heated from below, unexposed face on top).\n\n"
-                       "Input (lengths in metres, durations in hours):\n"
-                       "  outline         [[x, y], ...]  the section's outline (3 points or more)\n"
-                       "  cavities        [contour, ...] holes of air inside the section (optional)\n"
-                       "  materials       [contour, ...] zones of other materials (optional)\n"
-                       "  moisture_zones  [contour, ...] zones with a moisture index (optional)\n"
-                       "  bars            [{\"name\": \"A1\", \"x\": 0.05, \"y\": 0.05}, ...]\n"
-                       "  method          \"ec2\" (Eurocode 2), \"itbtp\", \"zolt\" or \"dtu\"\n"
-                       "  durations       [0.5, 1, ...] or duration: 2\n"
-                       "  cell            cell side of the grid (default 0.005)\n"
-                       "  fire_curve      ec2: \"standard\", \"external\" or \"hydrocarbon\"\n"
-                       "  aggregate       ec2: \"siliceous\", \"calcareous\" or \"lightweight\"\n"
-                       "  aggregate_conductivity  ec2: true to follow the aggregate's law\n"
-                       "  moisture        ec2: water per volume of concrete (default 0.015)\n"
-                       "The dtu method gives rises above ambient and the unexposed-face criteria.\n\n"
-                       "Example (examples/beam.json, the built-in example):\n") +
-           kFireExampleJson;
+    return std::string(
+               "usage: prefa fire [FILE.json] [--json] [--out DIR] [--no-picture] [--every MIN [--csv FILE]]\n\n"
+               "Computes the temperature field of a section exposed to fire in one run up to the longest\n"
+               "duration and prints the temperature at every bar (read with the library's point lookup)\n"
+               "after each duration; each is the field a run of that duration alone gives. Writes\n"
+               "fire.svg into DIR: the field of the last duration (colour map, isotherms every 100\n"
+               "degrees with their temperatures, legend, outline, bars) and, below it, each bar's\n"
+               "temperature against time. --json prints the results as JSON for scripts.\n"
+               "--every MIN adds the history: every bar at every MIN minutes up to the longest\n"
+               "duration, from the same run, as a table (and in the JSON, the picture and --csv FILE).\n\n"
+               "Input (lengths in metres, durations in hours):\n"
+               "  outline         [[x, y], ...]  the section's outline (3 points or more)\n"
+               "  cavities        [contour, ...] holes of air inside the section (optional)\n"
+               "  materials       [contour, ...] zones of other materials (optional)\n"
+               "  moisture_zones  [contour, ...] zones with a moisture index (optional)\n"
+               "  bars            [{\"name\": \"A1\", \"x\": 0.05, \"y\": 0.05}, ...]\n"
+               "  method          \"ec2\" (Eurocode 2), \"itbtp\", \"zolt\" or \"dtu\"\n"
+               "  durations       [0.5, 1, ...] or duration: 2\n"
+               "  cell            cell side of the grid (default 0.005)\n"
+               "  exposed         the faces the fire heats (default: all), by the way they face,\n"
+               "                  \"bottom\", \"top\", \"left\", \"right\" (within 45 degrees), \"all\", or by\n"
+               "                  side number (1: from point 1 to point 2); the other faces meet the\n"
+               "                  air at 20 degrees. Or \"unexposed\": the faces that meet the air.\n"
+               "                  dtu: its slab model is heated from below, the bottom only.\n"
+               "  fire_curve      \"standard\" (ISO 834), \"external\", \"hydrocarbon\" (EN 1991-1-2);\n"
+               "                  \"suite_external\", \"suite_hydrocarbon\": the suite's programs' curves,\n"
+               "                  their exponents applied to hours;\n"
+               "                  {\"table\": [[0, 20], [5, 560], ...], \"convection\": 25}: minutes and\n"
+               "                  degrees, linear between points, from 0 to the longest duration;\n"
+               "                  {\"csv\": \"furnace.csv\"}: the same from a file of minutes,degrees\n"
+               "                  lines (; or tab with decimal commas; header and # lines skipped);\n"
+               "                  {\"parametric\": {\"opening_factor\": 0.04, \"fire_load\": 200,\n"
+               "                  \"thermal_inertia\": 1160, \"growth\": \"medium\"}}: EN 1991-1-2 Annex A,\n"
+               "                  heating and cooling (fire_load per m2 of the enclosure's area),\n"
+               "                  convection 35 W/(m2 K).\n"
+               "                  Every curve with ec2; itbtp, zolt and dtu compute under the\n"
+               "                  standard fire only.\n"
+               "  aggregate       ec2: \"siliceous\", \"calcareous\" or \"lightweight\"\n"
+               "  aggregate_conductivity  ec2: true to follow the aggregate's law\n"
+               "  moisture        ec2: water per volume of concrete (default 0.015)\n"
+               "The dtu method gives rises above ambient and the unexposed-face criteria.\n\n"
+               "Example (examples/beam.json, the built-in example, heated on every face):\n") +
+           kFireExampleJson +
+           "\nA slab heated from below (examples/slab.json):\n" + kSlabExampleJson +
+           "\nA beam under a floor, heated on three sides (examples/beam3.json):\n" + kBeam3ExampleJson +
+           "\nA column heated on four sides (examples/column.json):\n" + kColumnExampleJson +
+           "\nCurves: examples/parametric.json, examples/furnace.json (with furnace.csv).\n"
+           "  prefa fire examples/beam3.json --every 5 --csv history.csv\n";
 }
 
 std::string SectionHelp()

@@ -19,6 +19,8 @@ struct Options
     std::string password;  // pack, unpack: --password, else $PREFA_ZIP_PASSWORD
     bool passwordGiven = false;
     bool aes = false;      // pack: AES-256 rather than the traditional encryption
+    double every = 0;      // fire: minutes between the times of the history, 0 for none
+    std::string csv;       // fire: the history also goes to this CSV file
 };
 
 // Parses the arguments after the sub-command's name; throws InputError on a bad one.

@@ -1,12 +1,12 @@
 #include "Entree.h"
 
-#include <nlohmann/json.hpp>
+#include "LecteurJson.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <sstream>
-
-using json = nlohmann::json;
 
 namespace prefa_cli
 {
@@ -30,6 +30,53 @@ const char* const kFireExampleJson = R"({
 }
 )";
 
+const char* const kSlabExampleJson = R"({
+  "title": "Floor slab 0.20 m thick heated from below: a 1 m strip, bars at 20, 40 and 60 mm",
+  "outline": [[0, 0], [1.0, 0], [1.0, 0.20], [0, 0.20]],
+  "exposed": ["bottom"],
+  "bars": [
+    {"name": "20 mm", "x": 0.5, "y": 0.02},
+    {"name": "40 mm", "x": 0.5, "y": 0.04},
+    {"name": "60 mm", "x": 0.5, "y": 0.06}
+  ],
+  "method": "ec2",
+  "durations": [0.5, 1.0, 1.5, 2.0],
+  "cell": 0.005
+}
+)";
+
+const char* const kBeam3ExampleJson = R"({
+  "title": "Precast beam 0.30 x 0.60 m under a floor: heated below and on both sides",
+  "outline": [[0, 0], [0.30, 0], [0.30, 0.60], [0, 0.60]],
+  "exposed": ["bottom", "left", "right"],
+  "bars": [
+    {"name": "A1", "x": 0.05, "y": 0.05},
+    {"name": "A2", "x": 0.25, "y": 0.05},
+    {"name": "B", "x": 0.15, "y": 0.05},
+    {"name": "A3", "x": 0.05, "y": 0.55},
+    {"name": "A4", "x": 0.25, "y": 0.55}
+  ],
+  "method": "ec2",
+  "durations": [0.5, 1.0, 1.5, 2.0],
+  "cell": 0.005
+}
+)";
+
+const char* const kColumnExampleJson = R"({
+  "title": "Column 0.40 x 0.40 m heated on its four faces",
+  "outline": [[0, 0], [0.40, 0], [0.40, 0.40], [0, 0.40]],
+  "exposed": ["all"],
+  "bars": [
+    {"name": "corner", "x": 0.05, "y": 0.05},
+    {"name": "face", "x": 0.20, "y": 0.05},
+    {"name": "centre", "x": 0.20, "y": 0.20}
+  ],
+  "method": "ec2",
+  "durations": [1.0, 2.0, 3.0, 4.0],
+  "cell": 0.005
+}
+)";
+
 const char* const kSectionExampleJson = R"({
   "title": "Unequal angle 0.20 x 0.10 m, 0.02 m thick",
   "contours": [[[0, 0], [0.10, 0], [0.10, 0.02], [0.02, 0.02], [0.02, 0.20], [0, 0.20]]],
@@ -42,66 +89,6 @@ namespace
 // Limits that keep a mistyped file from asking for an absurd amount of work.
 const double kMaxDurationHours = 24.0;
 const double kMaxCells = 25e6;
-
-class Reader
-{
-public:
-    Reader(std::string source, const json& root) : m_source(std::move(source)), m_root(root) {}
-
-    [[noreturn]] void Fail(const std::string& field, const std::string& what) const
-    {
-        throw InputError(m_source, field, what);
-    }
-
-    double Number(const json& v, const std::string& field) const
-    {
-        if (!v.is_number())
-            Fail(field, "a number was expected");
-        double d = v.get<double>();
-        if (!std::isfinite(d))
-            Fail(field, "the number is not finite");
-        return d;
-    }
-
-    Contour ReadContour(const json& v, const std::string& field) const
-    {
-        if (!v.is_array())
-            Fail(field, "a list of [x, y] points was expected");
-        Contour c;
-        for (std::size_t k = 0; k < v.size(); ++k)
-        {
-            std::string f = field + "[" + std::to_string(k) + "]";
-            const json& p = v[k];
-            if (!p.is_array() || p.size() != 2)
-                Fail(f, "a point must be [x, y]");
-            c.push_back({Number(p[0], f + "[0]"), Number(p[1], f + "[1]")});
-        }
-        if (c.size() < 3)
-            Fail(field, "a contour needs at least 3 points, it has " + std::to_string(c.size()));
-        if (std::fabs(SignedArea(c)) < 0.5e-12)
-            Fail(field, "the contour encloses no area");
-        return c;
-    }
-
-    std::vector<Contour> ReadContours(const char* key) const
-    {
-        std::vector<Contour> out;
-        if (!m_root.contains(key))
-            return out;
-        const json& v = m_root[key];
-        if (!v.is_array())
-            Fail(key, "a list of contours was expected");
-        for (std::size_t k = 0; k < v.size(); ++k)
-            out.push_back(ReadContour(v[k], std::string(key) + "[" + std::to_string(k) + "]"));
-        return out;
-    }
-
-    const json& Root() const { return m_root; }
-
-private:
-    std::string m_source;
-    const json& m_root;
-};
 
 json Parse(const std::string& source, const std::string& text)
 {
@@ -127,6 +114,13 @@ std::string ReadFile(const std::string& path)
     std::ostringstream s;
     s << in.rdbuf();
     return s.str();
+}
+
+// The folder of a file's path ("" for a bare name).
+std::string Folder(const std::string& path)
+{
+    const std::size_t slash = path.find_last_of("/\\");
+    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
 }
 
 bool Inside(const Contour& c, Point2 p)
@@ -216,17 +210,24 @@ FireInput FireFromJson(const std::string& source, const json& root)
 
     if (root.contains("fire_curve"))
     {
-        const json& v = root["fire_curve"];
-        std::string c = v.is_string() ? v.get<std::string>() : std::string();
-        if (c == "standard")
-            in.fireCurve = 0;
-        else if (c == "external")
-            in.fireCurve = 1;
-        else if (c == "hydrocarbon")
-            in.fireCurve = 2;
-        else
-            r.Fail("fire_curve", "unknown fire curve (standard, external or hydrocarbon)");
+        in.curve = ReadFireCurve(r, root["fire_curve"], Folder(source));
+        if (in.method != Method::Ec2 && in.curve.kind != FireCurve::Kind::Standard)
+            r.Fail("fire_curve", std::string("the ") + MethodName(in.method) +
+                                     " method computes under the standard fire only (its boundary model is built "
+                                     "on it); use the ec2 method for this curve");
+        const double longest = *std::max_element(in.durations.begin(), in.durations.end()) * 60.0;
+        if (in.curve.kind == FireCurve::Kind::Table && in.curve.points.back().minutes < longest - 1e-9)
+        {
+            char text[128];
+            std::snprintf(text, sizeof text, "the curve ends at %g min, before the longest duration (%g min)",
+                          in.curve.points.back().minutes, longest);
+            r.Fail("fire_curve", text);
+        }
     }
+    in.exposed = ReadExposure(r, in.outline);
+    if (in.method == Method::Dtu && !in.exposed.empty() && in.exposed != BottomSides(in.outline))
+        r.Fail(root.contains("exposed") ? "exposed" : "unexposed",
+               "the dtu method's slab model is heated from below: only the bottom can be exposed");
     if (root.contains("aggregate"))
     {
         const json& v = root["aggregate"];
@@ -334,11 +335,6 @@ const char* MethodName(Method m)
     case Method::Dtu: return "dtu";
     }
     return "?";
-}
-
-const char* FireCurveName(int curve)
-{
-    return curve == 1 ? "external" : curve == 2 ? "hydrocarbon" : "standard";
 }
 
 } // namespace prefa_cli

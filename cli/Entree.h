@@ -3,6 +3,7 @@
 // the field and what is wrong.
 #pragma once
 
+#include "Courbe.h"
 #include "Svg.h"
 
 #include <stdexcept>
@@ -46,7 +47,8 @@ struct FireInput
     Method method = Method::Ec2;
     std::vector<double> durations;    // hours, increasing order of the file
     double cell = 0.005;              // cell side, metres
-    int fireCurve = 0;                // Eurocode 2: 0 standard, 1 external, 2 hydrocarbon
+    FireCurve curve;                  // any for Eurocode 2, the standard fire for the others
+    std::vector<bool> exposed;        // per side of the outline (point k to k+1); empty: every side
     int aggregate = 0;                // Eurocode 2: 0 siliceous, 1 calcareous, 2 lightweight
     bool aggregateConductivity = false;
     double moisture = 0.015;          // Eurocode 2: water per volume of concrete (latent heat)
@@ -68,10 +70,13 @@ SectionInput ParseSectionInput(const std::string& source, const std::string& tex
 SectionInput ExampleSectionInput();
 
 const char* MethodName(Method m);
-const char* FireCurveName(int curve);
 
 // The JSON texts of the two built-in examples (also in examples/).
 extern const char* const kFireExampleJson;
+// The exposure examples of the help (also in examples/).
+extern const char* const kSlabExampleJson;
+extern const char* const kBeam3ExampleJson;
+extern const char* const kColumnExampleJson;
 extern const char* const kSectionExampleJson;
 
 } // namespace prefa_cli

@@ -1,9 +1,10 @@
 #include "Svg.h"
 
+#include <prefa.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 
 namespace prefa_cli
 {
@@ -14,6 +15,14 @@ std::string Num(double v)
 {
     char buf[32];
     std::snprintf(buf, sizeof buf, "%.2f", v);
+    return buf;
+}
+
+// A tick's value, as short as it reads.
+std::string Tick(double v)
+{
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%g", std::fabs(v) < 1e-9 ? 0.0 : v);
     return buf;
 }
 
@@ -175,17 +184,42 @@ void SvgPicture::Field(const ScalarGrid& g, double tmin, double tmax)
 void SvgPicture::IsothermLines(const ScalarGrid& g, double step, double tmin, double tmax)
 {
     std::string s = "<g id=\"isotherms\" stroke=\"#202020\" stroke-width=\"0.8\" fill=\"none\">\n";
+    std::string labels = "<g id=\"isotherm-labels\" font-family=\"sans-serif\" font-size=\"11\" fill=\"#000\" "
+                         "stroke=\"#fff\" stroke-width=\"3\" paint-order=\"stroke\" text-anchor=\"middle\">\n";
+    std::vector<Point2> placed; // label centres, pixels
+    const double cx = g.xs.empty() ? 0 : X(0.5 * (g.xs.front() + g.xs.back()));
+    const double cy = g.ys.empty() ? 0 : Y(0.5 * (g.ys.front() + g.ys.back()));
     for (double level = std::ceil(tmin / step) * step; level <= tmax; level += step)
     {
         if (level <= tmin)
             continue;
         std::string d;
-        for (const Segment& seg : Isolines(g, level))
+        const std::vector<Segment> segments = Isolines(g, level);
+        for (const Segment& seg : segments)
             d += "M" + Num(X(seg.a.x)) + " " + Num(Y(seg.a.y)) + "L" + Num(X(seg.b.x)) + " " + Num(Y(seg.b.y));
-        if (!d.empty())
-            s += "<path class=\"isotherm\" data-level=\"" + Num(level) + "\" d=\"" + d + "\"/>\n";
+        if (d.empty())
+            continue;
+        s += "<path class=\"isotherm\" data-level=\"" + Num(level) + "\" d=\"" + d + "\"/>\n";
+        // The label goes on the segment nearest the middle that keeps clear of the others.
+        double best = 1e300;
+        Point2 at{0, 0};
+        for (const Segment& seg : segments)
+        {
+            const Point2 m{0.5 * (X(seg.a.x) + X(seg.b.x)), 0.5 * (Y(seg.a.y) + Y(seg.b.y))};
+            const double dist = std::hypot(m.x - cx, m.y - cy);
+            bool clear = true;
+            for (const Point2& p : placed)
+                clear = clear && (std::fabs(p.x - m.x) > 30 || std::fabs(p.y - m.y) > 14);
+            if (clear && dist < best)
+                best = dist, at = m;
+        }
+        if (best == 1e300)
+            continue;
+        placed.push_back(at);
+        labels += "<text class=\"isotherm-label\" x=\"" + Num(at.x) + "\" y=\"" + Num(at.y + 4) + "\">" + Tick(level) +
+                  "</text>\n";
     }
-    m_body += s + "</g>\n";
+    m_body += s + "</g>\n" + labels + "</g>\n";
 }
 
 void SvgPicture::Legend(double tmin, double tmax, double step, const std::string& title)
@@ -267,10 +301,85 @@ void SvgPicture::Title(const std::string& text)
     m_title = text;
 }
 
+double TickStep(double span, int count)
+{
+    if (!(span > 0))
+        return 1;
+    const double raw = span / count, p = std::pow(10.0, std::floor(std::log10(raw)));
+    for (double m : {1.0, 2.0, 5.0})
+        if (m * p >= raw)
+            return m * p;
+    return 10 * p;
+}
+
+void SvgPicture::TimeChart(const std::vector<double>& minutes, const std::vector<Series>& series, double initial,
+                           const std::string& title, const std::string& yTitle)
+{
+    static const char* const colours[] = {"#1f77b4", "#d62728", "#2ca02c", "#ff7f0e", "#9467bd",
+                                          "#8c564b", "#e377c2", "#17becf", "#bcbd22", "#7f7f7f"};
+    const double top = std::max(Y(m_ymin) + m_margin, 300.0);
+    const double left = m_margin + 60, width = 560, height = 260, plotTop = top + 50;
+    double tmax = minutes.empty() ? 1 : minutes.back(), vmin = initial, vmax = initial + 1;
+    for (const Series& s : series)
+        for (double v : s.values)
+            if (std::isfinite(v))
+                vmin = std::min(vmin, v), vmax = std::max(vmax, v);
+    const double xs = TickStep(tmax, 8), ys = TickStep(vmax - vmin, 6);
+    tmax = std::ceil(tmax / xs - 1e-9) * xs;
+    vmin = std::floor(vmin / ys) * ys;
+    vmax = std::ceil(vmax / ys) * ys;
+    auto px = [&](double t) { return left + width * t / tmax; };
+    auto py = [&](double v) { return plotTop + height * (vmax - v) / (vmax - vmin); };
+
+    std::string s = "<g id=\"history\" font-family=\"sans-serif\" font-size=\"12\">\n";
+    s += "<text x=\"" + Num(m_margin) + "\" y=\"" + Num(top + 20) + "\" font-size=\"16\" font-weight=\"bold\">" +
+         EscapeXml(title) + "</text>\n";
+    s += "<g class=\"axes\" stroke=\"#000\" stroke-width=\"1\" fill=\"none\"><path d=\"M" + Num(left) + " " +
+         Num(plotTop) + "V" + Num(plotTop + height) + "H" + Num(left + width) + "\"/></g>\n";
+    for (double t = 0; t <= tmax + 1e-9; t += xs)
+    {
+        s += "<path d=\"M" + Num(px(t)) + " " + Num(plotTop) + "V" + Num(plotTop + height + 5) +
+             "\" stroke=\"#ddd\"/><text class=\"tick-x\" x=\"" + Num(px(t)) + "\" y=\"" + Num(plotTop + height + 18) +
+             "\" text-anchor=\"middle\">" + Tick(t) + "</text>\n";
+    }
+    for (double v = vmin; v <= vmax + 1e-9; v += ys)
+    {
+        s += "<path d=\"M" + Num(left - 5) + " " + Num(py(v)) + "H" + Num(left + width) +
+             "\" stroke=\"#ddd\"/><text class=\"tick-y\" x=\"" + Num(left - 8) + "\" y=\"" + Num(py(v) + 4) +
+             "\" text-anchor=\"end\">" + Tick(v) + "</text>\n";
+    }
+    s += "<text x=\"" + Num(left + width / 2) + "\" y=\"" + Num(plotTop + height + 38) +
+         "\" text-anchor=\"middle\">time (min)</text>\n";
+    s += "<text x=\"" + Num(left - 45) + "\" y=\"" + Num(plotTop - 12) + "\">" + EscapeXml(yTitle) + "</text>\n";
+    for (std::size_t k = 0; k < series.size(); ++k)
+    {
+        const std::string colour = colours[k % 10];
+        std::string points = Num(px(0)) + "," + Num(py(initial));
+        std::string marks;
+        for (std::size_t i = 0; i < series[k].values.size() && i < minutes.size(); ++i)
+        {
+            const std::string p = Num(px(minutes[i])) + "," + Num(py(series[k].values[i]));
+            points += " " + p;
+            if (minutes.size() <= 30)
+                marks += "<circle cx=\"" + p.substr(0, p.find(',')) + "\" cy=\"" + p.substr(p.find(',') + 1) +
+                         "\" r=\"3\" fill=\"" + colour + "\"/>";
+        }
+        s += "<polyline class=\"history-bar\" data-bar=\"" + EscapeXml(series[k].name) + "\" points=\"" + points +
+             "\" fill=\"none\" stroke=\"" + colour + "\" stroke-width=\"2\"/>" + marks + "\n";
+        const double ly = plotTop + 10 + 18 * (double)k;
+        s += "<path d=\"M" + Num(left + width + 20) + " " + Num(ly) + "h24\" stroke=\"" + colour +
+             "\" stroke-width=\"3\"/><text x=\"" + Num(left + width + 50) + "\" y=\"" + Num(ly + 4) + "\">" +
+             EscapeXml(series[k].name) + "</text>\n";
+    }
+    m_body += s + "</g>\n";
+    m_chartWidth = left + width + 50 + 120 + m_margin;
+    m_chartHeight = std::max(50 + height + 60, 50 + 18.0 * (double)series.size() + 20);
+}
+
 std::string SvgPicture::Str() const
 {
-    double width = X(m_xmax) + m_legendWidth + m_margin;
-    double height = std::max(Y(m_ymin) + m_margin, 300.0);
+    double width = std::max(X(m_xmax) + m_legendWidth + m_margin, m_chartWidth);
+    double height = std::max(Y(m_ymin) + m_margin, 300.0) + m_chartHeight;
     std::string s = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     s += "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + Num(width) + "\" height=\"" + Num(height) +
          "\" viewBox=\"0 0 " + Num(width) + " " + Num(height) + "\">\n";
@@ -283,11 +392,31 @@ std::string SvgPicture::Str() const
 
 bool SvgPicture::Save(const std::string& path) const
 {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out)
+    return SaveText(path, Str());
+}
+
+bool SaveText(const std::string& path, const std::string& text)
+{
+    CMirrorFile f;
+    if (!f.Open(CString(AfxUtf8ToWide(path)), CFile::modeCreate | CFile::modeWrite))
         return false;
-    out << Str();
-    return (bool)out.flush();
+    try
+    {
+        for (std::size_t done = 0; done < text.size();)
+        {
+            const UINT n = (UINT)std::min<std::size_t>(text.size() - done, 1u << 20);
+            f.Write(text.data() + done, n);
+            done += n;
+        }
+        f.Close();
+        return true;
+    }
+    catch (CException* e)
+    {
+        e->Delete();
+        f.Abort();
+        return false;
+    }
 }
 
 } // namespace prefa_cli

@@ -38,6 +38,13 @@ struct ScalarGrid
     double At(std::size_t i, std::size_t j) const { return values[i * xs.size() + j]; }
 };
 
+// One line of a chart: a name and its values at the chart's times.
+struct Series
+{
+    std::string name;
+    std::vector<double> values;
+};
+
 struct Label
 {
     Point2 p;
@@ -57,6 +64,9 @@ std::vector<Segment> Isolines(const ScalarGrid& grid, double level);
 // A colour of the legend's scale for t in [0, 1] as "#rrggbb" (dark blue to white hot).
 std::string ColourAt(double t);
 
+// A round step (1, 2 or 5 times a power of ten) giving about `count` ticks over span.
+double TickStep(double span, int count);
+
 class SvgPicture
 {
 public:
@@ -64,7 +74,13 @@ public:
     SvgPicture(const Box& box, double margin, double widthPixels = 640);
 
     void Field(const ScalarGrid& grid, double tmin, double tmax);
+    // Isotherms every step degrees, each labelled with its temperature where it passes
+    // nearest the middle of the field and clear of the other labels.
     void IsothermLines(const ScalarGrid& grid, double step, double tmin, double tmax);
+    // A second picture below the first: each series against time (minutes, increasing),
+    // every line starting from `initial` at time 0, with axes, ticks and a legend.
+    void TimeChart(const std::vector<double>& minutes, const std::vector<Series>& series, double initial,
+                   const std::string& title, const std::string& yTitle);
     void Legend(double tmin, double tmax, double step, const std::string& title);
     void Outline(const Contour& c, const std::string& colour, double width, bool dashed = false);
     void Marker(const Label& l, const std::string& colour);
@@ -84,10 +100,15 @@ private:
     double X(double x) const;
     double Y(double y) const;
     double m_xmin, m_ymin, m_xmax, m_ymax, m_scale, m_margin, m_legendWidth;
+    double m_chartWidth = 0, m_chartHeight = 0; // the picture below, when there is one
     std::string m_body;
     std::string m_title;
 };
 
 std::string EscapeXml(const std::string& s);
+
+// Writes a text file through a mirror file: false, and the old file untouched, when it
+// cannot be written whole.
+bool SaveText(const std::string& path, const std::string& text);
 
 } // namespace prefa_cli

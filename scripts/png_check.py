@@ -1,4 +1,4 @@
-"""Checks a screenshot of the fire picture: the colour map, the legend and the bars.
+"""Checks a screenshot of the fire picture: the colour map, the legend, the bars and the history.
 
 Decodes the PNG with the standard library only (8-bit RGB or RGBA, not interlaced).
 """
@@ -63,6 +63,9 @@ def main(path):
         "legend hot colours": near((217, 38, 26)) > 50,
         # The bars: near-black markers with labels.
         "bars": near((17, 17, 17), 20) > 40,
+        # The history below the field: the last bar's orange line over the others, and the
+        # legend's green swatch of the third bar.
+        "history lines": near((255, 127, 14), 15) > 200 and near((44, 160, 44), 15) > 40,
     }
     failed = [name for name, ok in checks.items() if not ok]
     print("picture check: %dx%d, %d colours; %s" % (width, height, len(colours),

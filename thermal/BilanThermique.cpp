@@ -315,6 +315,8 @@ void BilanThermique::Travailler(int bande, Partage& p)
             }
             if (hors)
                 break;
+            if (bande == 0 && observation)
+                observation(k - 1, dt, T[cur]);
             if (k > 1)
                 CumulerFaces(faces);
             if (k > N || p.arret)

@@ -62,6 +62,8 @@
 // of the unexposed faces and the largest unexposed face temperature ever reached.
 #pragma once
 
+#include "framework/Processeur.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -159,6 +161,12 @@ public:
     StatistiquesBilan Calculer(const LoisThermiques& lois, double duree, double dt,
                                const std::function<bool(double)>& progression = {});
 
+    // Optional: called on the calling thread at every step of a run, once every band has
+    // finished the step before and the field has passed the checks (no restart, within
+    // range): the steps taken (0 for the initial field), the step dt in hours and the
+    // field, row-major. A restart begins again at 0 with its new step.
+    std::function<void(long long pas, double dt, const double* T)> observation;
+
     const std::vector<double>& Temperatures() const { return m_T; }
     // During a progress call: the field after the last step taken (row-major, every band
     // has finished it). Null outside a run.
@@ -193,8 +201,10 @@ private:
     void Bandes(int nThreads);
     struct Partage;
     void Travailler(int bande, Partage& p);
+    PREFA_VECTORIEL_AVX2
     double PhaseProprietes(const Bande& b, const LoisThermiques& lois, const ConditionsPas* prec,
                            const double* T, std::vector<double>& lam, std::vector<double>& rc, double dt);
+    PREFA_VECTORIEL_AVX2
     double PhaseEchanges(int bande, const LoisThermiques& lois, const ConditionsPas& c, const double* T,
                          double* Tn, double dt);
     double EchangeSpecial(std::size_t i, const LoisThermiques& lois, const ConditionsPas& c,

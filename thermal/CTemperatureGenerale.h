@@ -34,6 +34,9 @@
 #include "thermal/CArrayEx.h"
 
 #include <functional>
+#include <vector>
+
+class CCourbeFeu;
 
 // Aggregate of the concrete. Only the order matters to the Eurocode 2 method: values
 // above 1 select its third conductivity law.
@@ -122,6 +125,10 @@ public:
     void CalculTemperatureZOLT(int nMateriaux, double dDuree, double dPasImpose);
     int CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
                              MONTEE_TEMPERATURE eMontee, TYPE_GRANULAT eGranulat, int bConductiviteGranulat);
+    // The same under any fire curve (CCourbeFeu.h): the gas temperature and the fire-side
+    // convection come from the curve. With CCourbeFeuMontee(eMontee) it is the call above.
+    int CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
+                             const CCourbeFeu& courbe, TYPE_GRANULAT eGranulat, int bConductiviteGranulat);
 
     void Serialize(CArchive& ar) override;
     // Reads <studies>/<nom>/TEMPER.<numero>; a missing or locked file changes nothing.
@@ -154,6 +161,18 @@ public:
     // (the DTU criteria times stay 1300.0 unless already reached). Empty by default. During
     // a call from a grid method, BilanEnCours() (GrilleBilan.h) shows the field so far.
     std::function<bool(double fraction)> m_Progression;
+
+    // Optional fields at several durations of one run, for time histories (every
+    // method). m_DureesReleves lists durations in hours, in any order; as the run reaches
+    // each one, m_Releve receives its index and the field, row-major in the layout of
+    // m_T1, at the step where a run of that duration alone would stop (the grid
+    // methods' step count, the DTU method's target): bit for bit what that run would
+    // leave in m_T1, provided the time step is the same (a restart of the Eurocode 2
+    // method, which makes the step smaller, delivers every field again from the smaller
+    // step). Durations beyond the run's are not delivered. Called on the calling thread;
+    // empty by default and, like m_Progression, neither copied nor compared.
+    std::vector<double> m_DureesReleves;
+    std::function<void(std::size_t indice, const double* champ)> m_Releve;
 
 protected:
     // Calls m_Progression; false when the caller asked to stop.

@@ -20,6 +20,7 @@
 // The time loop runs on flat row-major copies of m_T1 and m_T2; the public Init56 and
 // Calcul... operations work on the grids themselves with the same formulas.
 #include "thermal/CTemperatureGenerale.h"
+#include "thermal/Releves.h"
 
 #include <algorithm>
 #include <cmath>
@@ -369,6 +370,10 @@ void CTemperatureGenerale::CalculTemperatureDTU()
     const double tFinal = *std::max_element(cibles.begin(), cibles.end());
 
     std::size_t cible = 0;
+    // Fields asked for at other durations: the field of the step at which a run with
+    // that target would stop, before the interior sweep it would not run.
+    const std::vector<std::size_t> releves = m_Releve ? OrdreReleves(m_DureesReleves) : std::vector<std::size_t>();
+    std::size_t releve = 0;
     for (int etape = 1;; ++etape)
     {
         double& t = m_dTravailB[B_DT];
@@ -418,6 +423,8 @@ void CTemperatureGenerale::CalculTemperatureDTU()
 
         while (cible < cibles.size() && t >= cibles[cible])
             ++cible;
+        while (releve < releves.size() && t >= m_DureesReleves[releves[releve]] * 60.0)
+            m_Releve(releves[releve++], noyau.T.data());
         if (cible >= cibles.size() || !Progression(std::min(1.0, t / tFinal)))
             break;
         noyau.Interieur(*this);

@@ -1,6 +1,8 @@
 // The Eurocode 2 method: the laws of LoisEC2 on the shared cell-balance kernel, with the
 // automatic step of the explicit limit and a restart from t = 0 whenever a cell's limit
-// falls below the step.
+// falls below the step. The curve number selects one of the method's own curves; any
+// other curve comes through the second form.
+#include "thermal/CCourbeFeu.h"
 #include "thermal/CTemperatureGenerale.h"
 #include "thermal/GrilleBilan.h"
 #include "thermal/LoisEC2.h"
@@ -11,6 +13,14 @@
 
 int CTemperatureGenerale::CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
                                                MONTEE_TEMPERATURE eMontee, TYPE_GRANULAT eGranulat,
+                                               int bConductiviteGranulat)
+{
+    return CalculTemperatureEC2(nMateriaux, dDuree, dTeneurEau, dPasImpose, CCourbeFeuMontee(eMontee), eGranulat,
+                                bConductiviteGranulat);
+}
+
+int CTemperatureGenerale::CalculTemperatureEC2(int nMateriaux, double dDuree, double dTeneurEau, double dPasImpose,
+                                               const CCourbeFeu& courbe, TYPE_GRANULAT eGranulat,
                                                int bConductiviteGranulat)
 {
     if (m_Masque.GetSize() == 0)
@@ -35,10 +45,10 @@ int CTemperatureGenerale::CalculTemperatureEC2(int nMateriaux, double dDuree, do
         }
     }
 
-    const double hc = CoefficientConvectionEC2(eMontee);
+    const double hc = ConvectionEC2(courbe.Convection());
     const double pasCavite =
         cavite ? deltaMin * CapaciteAirEC2() / (4.0 * hc) : std::numeric_limits<double>::infinity();
-    LoisEC2 lois(nMateriaux, m_dTravailA[9], dTeneurEau, eMontee, eGranulat, bConductiviteGranulat, pasCavite);
+    LoisEC2 lois(nMateriaux, m_dTravailA[9], dTeneurEau, courbe, eGranulat, bConductiviteGranulat, pasCavite);
 
     double dt = lois.LimiteStabilite(0, 20.0, deltaMin);
     // Extra materials have no capacity: their limit (0, or 0/0) takes over, as it always did.

@@ -1,5 +1,7 @@
 #include "thermal/GrilleBilan.h"
 
+#include "thermal/Releves.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -37,6 +39,7 @@ ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& 
         std::copy(ligne.GetData(), ligne.GetData() + nc, masque.begin() + (std::ptrdiff_t)i * nc);
     }
     BilanThermique bilan(nl, nc, masque.data(), delta);
+    bilan.observation = ObservateurReleves(t, lois);
     ResultatGrille res;
     {
         const Publication publication(bilan);

@@ -1,5 +1,8 @@
 #include "thermal/LoisEC2.h"
 
+#include "framework/Processeur.h"
+
+#include "thermal/CCourbeFeu.h"
 #include "thermal/LoisFlamme.h"
 #include "thermal/ProprietesEC2.h"
 
@@ -12,16 +15,16 @@ constexpr double kResistanceNonExposee = 0.12917777777777778; // 1/(9/1.1626)
 constexpr int kMateriauxCodables = 9; // a units digit names at most nine materials
 } // namespace
 
-LoisEC2::LoisEC2(int nMateriaux, double rho20, double dTeneur, int eMontee, int eGranulat,
+LoisEC2::LoisEC2(int nMateriaux, double rho20, double dTeneur, const CCourbeFeu& courbe, int eGranulat,
                  int bConductiviteGranulat, double pasCavite)
-    : m_rho20(rho20), m_eMontee(eMontee), m_eGranulat(eGranulat), m_bGranulat(bConductiviteGranulat),
-      m_pasCavite(pasCavite)
+    : m_rho20(rho20), m_courbe(courbe), m_hc(ConvectionEC2(courbe.Convection())), m_eGranulat(eGranulat),
+      m_bGranulat(bConductiviteGranulat), m_pasCavite(pasCavite)
 {
     const std::size_t n = (std::size_t)std::min(std::max(nMateriaux, 0), kMateriauxCodables - 1) + 1;
     tempInitiale = kAmbiant;
     capaciteAir = CapaciteAirEC2();
     rContact = 0.0;
-    rMateriauAir = 1.0 / CoefficientConvectionEC2(eMontee);
+    rMateriauAir = 1.0 / m_hc;
     rAirAir = rMateriauAir;
     seuilEvaporation.assign(n, 3000.0);
     teneurEau.assign(1, dTeneur);
@@ -31,17 +34,22 @@ LoisEC2::LoisEC2(int nMateriaux, double rho20, double dTeneur, int eMontee, int 
     facesInitiales.maxNonExposee = kAmbiant;
 }
 
-void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, double* lambda, double* rhoC) const
+namespace
 {
-    const double rho20 = m_rho20;
+// The properties of a run of cells, apart from the class: a virtual function cannot be
+// built for several processors.
+PREFA_VECTORIEL_AVX2
+void ProprietesEC2(int materiau, int eGranulat, int bGranulat, double rho20, const double* theta, std::size_t n,
+                   double* lambda, double* rhoC)
+{
     // The cases are split so that each loop is a plain vectorisable sweep.
-    if (m_bGranulat == 0 && materiau == 0)
+    if (bGranulat == 0 && materiau == 0)
         for (std::size_t j = 0; j < n; ++j)
             lambda[j] = ConductiviteEC2(0, theta[j], 0, 0);
-    else if (m_bGranulat == 0)
+    else if (bGranulat == 0)
         for (std::size_t j = 0; j < n; ++j)
             lambda[j] = 0.0;
-    else if (m_eGranulat > 1)
+    else if (eGranulat > 1)
         for (std::size_t j = 0; j < n; ++j)
             lambda[j] = ConductiviteEC2(0, theta[j], 2, 1);
     else
@@ -54,11 +62,17 @@ void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, doubl
         for (std::size_t j = 0; j < n; ++j)
             rhoC[j] = MasseVolumiqueEC2(rho20, theta[j]) * ChaleurSpecifiqueEC2(materiau, theta[j]);
 }
+} // namespace
+
+void LoisEC2::Proprietes(int materiau, const double* theta, std::size_t n, double* lambda, double* rhoC) const
+{
+    ProprietesEC2(materiau, m_eGranulat, m_bGranulat, m_rho20, theta, n, lambda, rhoC);
+}
 
 ConditionsPas LoisEC2::PreparePas(int pas, double dt, const ResultatsFaces&) const
 {
     ConditionsPas c;
-    c.thetaGaz = TemperatureGazEC2(m_eMontee, (pas - 1) * dt, kAmbiant);
+    c.thetaGaz = m_courbe.Temperature((pas - 1) * dt);
     c.thetaAir = kAmbiant;
     c.rNonExpose = kResistanceNonExposee;
     c.rFeuParCellule = true;
@@ -67,7 +81,7 @@ ConditionsPas LoisEC2::PreparePas(int pas, double dt, const ResultatsFaces&) con
 
 double LoisEC2::ResistanceFeu(const ConditionsPas& c, double theta) const
 {
-    return 1.0 / CoefficientSurfaceEC2(c.thetaGaz, theta, m_eMontee);
+    return 1.0 / (CoefficientRayonnementEC2(c.thetaGaz, theta) + m_hc);
 }
 
 long long LoisEC2::NombrePas(double duree, double dt) const { return NombrePasEntames(duree, dt); }

@@ -20,11 +20,15 @@
 
 #include "thermal/BilanThermique.h"
 
+class CCourbeFeu;
+
 class LoisEC2 : public LoisThermiques
 {
 public:
-    LoisEC2(int nMateriaux, double rho20, double teneurEau, int eMontee, int eGranulat, int bConductiviteGranulat,
-            double pasCavite);
+    // The curve gives the gas temperature and the fire-side convection; it must outlive
+    // the laws.
+    LoisEC2(int nMateriaux, double rho20, double teneurEau, const CCourbeFeu& courbe, int eGranulat,
+            int bConductiviteGranulat, double pasCavite);
 
     void Proprietes(int materiau, const double* theta, std::size_t n, double* lambda,
                     double* rhoC) const override;
@@ -39,6 +43,8 @@ public:
 
 private:
     double m_rho20;
-    int m_eMontee, m_eGranulat, m_bGranulat;
+    const CCourbeFeu& m_courbe;
+    double m_hc; // fire-side convection, kcal/(h m2 C)
+    int m_eGranulat, m_bGranulat;
     double m_pasCavite;
 };

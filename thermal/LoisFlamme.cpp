@@ -1,5 +1,7 @@
 #include "thermal/LoisFlamme.h"
 
+#include "framework/Processeur.h"
+
 #include <cmath>
 #include <utility>
 
@@ -33,15 +35,25 @@ LoisFlamme::LoisFlamme(Methode methode, std::vector<ProprietesMateriauFlamme> ma
     facesInitiales.maxNonExposee = kAmbiant;
 }
 
-void LoisFlamme::Proprietes(int materiau, const double* theta, std::size_t n, double* lambda, double* rhoC) const
+namespace
 {
-    const ProprietesMateriauFlamme& p = m_materiaux[(std::size_t)materiau];
+// Apart from the class: a virtual function cannot be built for several processors.
+PREFA_VECTORIEL_AVX2
+void ProprietesFlamme(const ProprietesMateriauFlamme& p, const double* theta, std::size_t n, double* lambda,
+                      double* rhoC)
+{
     const CoefficientsPropriete rho = p.masseVolumique, c = p.chaleurSpecifique, la = p.conductivite;
     for (std::size_t j = 0; j < n; ++j)
     {
         lambda[j] = ValeurPropriete(la, theta[j]);
         rhoC[j] = ValeurPropriete(rho, theta[j]) * ValeurPropriete(c, theta[j]);
     }
+}
+} // namespace
+
+void LoisFlamme::Proprietes(int materiau, const double* theta, std::size_t n, double* lambda, double* rhoC) const
+{
+    ProprietesFlamme(m_materiaux[(std::size_t)materiau], theta, n, lambda, rhoC);
 }
 
 ConditionsPas LoisFlamme::PreparePas(int pas, double dt, const ResultatsFaces& faces) const

@@ -65,11 +65,11 @@ inline double CapaciteAirEC2() { return 1130.0 / prefa_ec2::kDiviseurJoule; }
 // Coefficient of the unexposed face towards the air, kcal/(h m2 C).
 inline double CoefficientNonExposeEC2() { return 9.0 / prefa_ec2::kDiviseurWatt; }
 
+// A convection coefficient in W/(m2 K) in kcal/(h m2 C).
+inline double ConvectionEC2(double wattsParM2K) { return wattsParM2K / prefa_ec2::kDiviseurWatt; }
+
 // Convection coefficient on the fire side: 25 W/(m2 K), 50 for the hydrocarbon curve.
-inline double CoefficientConvectionEC2(int eMontee)
-{
-    return (eMontee == 2 ? 50.0 : 25.0) / prefa_ec2::kDiviseurWatt;
-}
+inline double CoefficientConvectionEC2(int eMontee) { return ConvectionEC2(eMontee == 2 ? 50.0 : 25.0); }
 
 // Linearised radiation between two temperatures, resulting emissivity 0.8.
 inline double CoefficientRayonnementEC2(double theta1, double theta2)

@@ -3,6 +3,7 @@
 #include "Entree.h"
 #include "Svg.h"
 #include "Programme.h"
+#include "CommandeTestUtil.h"
 #include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -19,35 +20,6 @@ using namespace prefa_test;
 
 namespace
 {
-std::string WriteText(const ScratchDir& dir, const char* name, const std::string& text)
-{
-    CString path = dir / CString(AfxUtf8ToWide(name));
-    WriteAll(path, std::vector<BYTE>(text.begin(), text.end()));
-    return AfxWideToUtf8(path.Std());
-}
-
-int Occurrences(const std::string& s, const std::string& what)
-{
-    int n = 0;
-    for (std::size_t p = s.find(what); p != std::string::npos; p = s.find(what, p + 1))
-        ++n;
-    return n;
-}
-
-std::string Message(const std::string& json)
-{
-    try
-    {
-        ScratchDir dir;
-        ReadFireInput(WriteText(dir, "in.json", json));
-    }
-    catch (const InputError& e)
-    {
-        return e.what();
-    }
-    return "";
-}
-
 const char* kSmall = R"({"outline": [[0,0],[0.1,0],[0.1,0.1],[0,0.1]], "durations": [0.25], "cell": 0.01,
   "bars": [{"name": "B", "x": 0.05, "y": 0.03}], "method": "%s"})";
 // A rectangular member heated on every face by the standard fire, computed with the
