@@ -2,7 +2,7 @@
 // extracted by unzip, with and without a password; what zip writes, we unpack.
 // Names with accents survive both ways.
 #include "zip/PaquetAffaire.h"
-#include "ZipFabrique.h"
+#include "zip/ZipFabrique.h"
 
 #include <gtest/gtest.h>
 
