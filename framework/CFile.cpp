@@ -106,6 +106,18 @@ BOOL CFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pError)
         }
         return FALSE;
     }
+    // Only files on a disk hold data: a device (NUL, CON, COM1) or a pipe is refused.
+    if (::GetFileType(h) != FILE_TYPE_DISK)
+    {
+        ::CloseHandle(h);
+        if (pError)
+        {
+            pError->m_cause = CFileException::accessDenied;
+            pError->m_lOsError = ERROR_INVALID_PARAMETER;
+            pError->m_strFileName = lpszFileName;
+        }
+        return FALSE;
+    }
     m_hFile = (INT_PTR)h;
     return TRUE;
 }

@@ -14,6 +14,7 @@
 #ifdef _WIN32
 #include <io.h>
 #include <windows.h>
+#include <shellapi.h>
 #else
 #include <dirent.h>
 #include <dlfcn.h>
@@ -247,17 +248,14 @@ CString AfxGetLibraryModuleName()
     return CString(L"prefa");
 }
 
-int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
+namespace
 {
-    // A name already taken is refused before anything is written (the usual case of
-    // a lock held by another); the link below settles the races.
-    if (AfxGetFileKind(lpszPath) != afxNoFile)
-        return EEXIST;
-    CString strTemp;
+// Writes a new file's bytes to its temporary file h (strTemp), then gives them the
+// name by a link, which fails if the name is taken (a dangling symbolic link
+// included); an errno value.
+int PublishNewFile(INT_PTR h, const CString& strTemp, LPCTSTR lpszPath, const void* pData, UINT nCount)
+{
     LONG err = 0;
-    INT_PTR h = AfxCreateTempFileBeside(lpszPath, strTemp, &err);
-    if (h < 0)
-        return (int)err;
     const int fd = (int)h;
     const std::string temp = NativePath(strTemp);
     const std::string target = NativePath(lpszPath);
@@ -268,8 +266,6 @@ int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
         ::close(fd);
         return (int)err;
     }
-    // link() publishes the complete record under its name, and fails if the name is
-    // taken (a dangling symbolic link included).
     err = AfxFileFault(afxFileRename);
     if (err == 0)
         err = ::link(temp.c_str(), target.c_str()) == 0 ? 0 : errno;
@@ -288,6 +284,8 @@ int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
         ::unlink(target.c_str());
     return (int)err;
 }
+
+} // namespace
 
 AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
 {
@@ -391,6 +389,11 @@ BOOL AfxIsStdErrTerminal()
     return ::isatty(2) ? TRUE : FALSE;
 }
 
+std::vector<std::string> AfxGetArgumentsUtf8(int argc, char** argv)
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
 #else // _WIN32
 
 CString AfxGetSystemErrorText(DWORD dwError)
@@ -416,35 +419,56 @@ CString AfxGetLibraryModuleName()
     return CString(path);
 }
 
-int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
+namespace
 {
-    // Written under a temporary name, then moved to its own name by a move that fails
-    // when the name is taken: another process sees no file or the whole record.
-    std::random_device rd;
-    std::wstring temp = std::wstring(lpszPath) + L".~new" + std::to_wstring(rd());
-    HANDLE h = ::CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h == INVALID_HANDLE_VALUE)
-        return AfxOsErrorToErrno((LONG)::GetLastError());
+// Writes a new file's bytes to its temporary file h (strTemp), then gives them the
+// name by a move that fails when the name is taken; an errno value.
+int PublishNewFile(INT_PTR h, const CString& strTemp, LPCTSTR lpszPath, const void* pData, UINT nCount)
+{
+    LONG err = AfxFileFault(afxFileWrite);
     DWORD done = 0;
-    BOOL ok = ::WriteFile(h, pData, nCount, &done, nullptr) && done == nCount && ::FlushFileBuffers(h);
-    DWORD err = ok ? 0 : ::GetLastError();
-    ::CloseHandle(h);
-    if (ok && !::MoveFileExW(temp.c_str(), lpszPath, MOVEFILE_WRITE_THROUGH))
+    if (err == 0 && !(::WriteFile((HANDLE)h, pData, nCount, &done, nullptr) && done == nCount))
+        err = (LONG)::GetLastError();
+    if (err == 0)
+        err = AfxFileFault(afxFileFlush);
+    if (err == 0 && !::FlushFileBuffers((HANDLE)h))
+        err = (LONG)::GetLastError();
+    ::CloseHandle((HANDLE)h);
+    if (err == 0)
+        err = AfxFileFault(afxFileRename);
+    if (err == 0 && !::MoveFileExW(strTemp, lpszPath, MOVEFILE_WRITE_THROUGH))
+        err = (LONG)::GetLastError();
+    if (err != 0)
     {
-        ok = FALSE;
-        err = ::GetLastError();
-    }
-    if (!ok)
-    {
-        ::DeleteFileW(temp.c_str());
-        return err ? AfxOsErrorToErrno((LONG)err) : EIO;
+        ::DeleteFileW(strTemp);
+        return AfxOsErrorToErrno(err);
     }
     return 0;
 }
 
+} // namespace
+
 AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
 {
-    DWORD a = ::GetFileAttributesW(lpszPath);
+    // Opened for no access at all, the name itself (a link not followed): devices and
+    // pipes answer their kind there, where their attributes may look like a file's.
+    HANDLE h = ::CreateFileW(lpszPath, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    DWORD a = INVALID_FILE_ATTRIBUTES;
+    if (h != INVALID_HANDLE_VALUE)
+    {
+        BY_HANDLE_FILE_INFORMATION info;
+        const bool bDisk = ::GetFileType(h) == FILE_TYPE_DISK;
+        if (bDisk && ::GetFileInformationByHandle(h, &info))
+            a = info.dwFileAttributes;
+        ::CloseHandle(h);
+        if (!bDisk)
+            return afxOtherFile;
+    }
+    else if (::GetLastError() == ERROR_PIPE_BUSY)
+        return afxOtherFile;
+    if (a == INVALID_FILE_ATTRIBUTES)
+        a = ::GetFileAttributesW(lpszPath); // a name that cannot be opened may still be taken
     if (a == INVALID_FILE_ATTRIBUTES)
         return afxNoFile;
     if (a & (FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE))
@@ -454,9 +478,10 @@ AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
 
 int AfxReadRegularFile(LPCTSTR lpszPath, void* pData, UINT nCount)
 {
-    // The reparse point itself is opened (a link is not followed), and refused.
+    // The reparse point itself is opened (a link is not followed), and refused; so is a
+    // folder, which only backup semantics lets open.
     HANDLE h = ::CreateFileW(lpszPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                             FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+                             FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (h == INVALID_HANDLE_VALUE)
     {
         DWORD e = ::GetLastError();
@@ -611,7 +636,35 @@ BOOL AfxIsStdErrTerminal()
     return ::_isatty(_fileno(stderr)) ? TRUE : FALSE;
 }
 
+std::vector<std::string> AfxGetArgumentsUtf8(int argc, char** argv)
+{
+    std::vector<std::string> args;
+    int n = 0;
+    LPWSTR* wide = ::CommandLineToArgvW(::GetCommandLineW(), &n);
+    if (wide == nullptr)
+        return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : args;
+    for (int i = 1; i < n; ++i)
+        args.push_back(AfxWideToUtf8(wide[i]));
+    ::LocalFree(wide);
+    return args;
+}
+
 #endif
+
+int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
+{
+    // A name already taken is refused before anything is written (the usual case of a
+    // lock held by another); the publishing settles the races. Written first under a
+    // temporary name beside it: another process sees no file or the whole record.
+    if (AfxGetFileKind(lpszPath) != afxNoFile)
+        return EEXIST;
+    CString strTemp;
+    LONG err = 0;
+    INT_PTR h = AfxCreateTempFileBeside(lpszPath, strTemp, &err);
+    if (h < 0)
+        return AfxOsErrorToErrno(err);
+    return PublishNewFile(h, strTemp, lpszPath, pData, nCount);
+}
 
 int AfxPathFolderLength(const CString& strPath)
 {

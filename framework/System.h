@@ -6,6 +6,9 @@
 #include "CString.h"
 #include "Types.h"
 
+#include <string>
+#include <vector>
+
 #ifndef _WIN32
 // Computer and user names with the Windows calling convention: *pnSize holds the
 // buffer's size in characters on entry; on success, the name's length (its length and
@@ -39,6 +42,11 @@ int AfxOsErrorToErrno(LONG lOsError);
 // elsewhere). Setting a null or empty value removes the variable.
 CString AfxGetEnvironmentVariable(LPCTSTR lpszName);
 void AfxSetEnvironmentVariable(LPCTSTR lpszName, LPCTSTR lpszValue);
+
+// A program's arguments after its name, in UTF-8. Windows hands main() its arguments
+// in the ANSI code page, which cannot hold every name or password: they are read
+// again from the wide command line there.
+std::vector<std::string> AfxGetArgumentsUtf8(int argc, char** argv);
 
 // Runs a command line through the system's command interpreter (cmd.exe on Windows,
 // /bin/sh elsewhere) and returns the program's exit code, -1 when it did not exit.
