@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 namespace prefa_cli
@@ -131,7 +132,7 @@ std::vector<CCourbeFeuTable::Point> ParseCurveCsv(const std::string& source, con
 
 std::vector<CCourbeFeuTable::Point> ReadCurveCsv(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(std::filesystem::u8path(path), std::ios::binary);
     if (!in)
         throw InputError(path, "", "cannot be read");
     in.seekg(0, std::ios::end);

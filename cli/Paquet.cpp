@@ -6,7 +6,6 @@
 #include <prefa.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace prefa_cli
 {
@@ -77,8 +76,7 @@ struct Seance
     {
         if (o.file.empty() || o.target.empty())
             throw InputError("prefa " + command, "", std::string("two operands are expected: ") + usage);
-        const char* env = std::getenv("PREFA_ZIP_PASSWORD");
-        motDePasse = Large(o.passwordGiven ? o.password : env ? env : "");
+        motDePasse = o.passwordGiven ? Large(o.password) : AfxGetEnvironmentVariable(L"PREFA_ZIP_PASSWORD");
     }
     LPCTSTR MotDePasse() const { return motDePasse.IsEmpty() ? nullptr : motDePasse.GetString(); }
     CProgressionZip Progression()

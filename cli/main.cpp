@@ -13,7 +13,7 @@ using namespace prefa_cli;
 
 int main(int argc, char** argv)
 {
-    std::vector<std::string> args(argv + 1, argv + argc);
+    std::vector<std::string> args = AfxGetArgumentsUtf8(argc, argv);
     if (args.empty() || args[0] == "--help" || args[0] == "-h" || args[0] == "help")
     {
         std::fputs(MainHelp().c_str(), args.empty() ? stderr : stdout);

@@ -67,8 +67,7 @@ CFile::~CFile()
 
 CString CFile::GetFileName() const
 {
-    int slash = std::max(m_strFileName.ReverseFind(L'/'), m_strFileName.ReverseFind(L'\\'));
-    return m_strFileName.Mid(slash + 1);
+    return m_strFileName.Mid(AfxPathFolderLength(m_strFileName));
 }
 
 void CFile::ThrowOsError(LONG lOsError) const
@@ -103,6 +102,18 @@ BOOL CFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pError)
         {
             pError->m_cause = CFileException::OsErrorToException(err);
             pError->m_lOsError = err;
+            pError->m_strFileName = lpszFileName;
+        }
+        return FALSE;
+    }
+    // Only files on a disk hold data: a device (NUL, CON, COM1) or a pipe is refused.
+    if (::GetFileType(h) != FILE_TYPE_DISK)
+    {
+        ::CloseHandle(h);
+        if (pError)
+        {
+            pError->m_cause = CFileException::accessDenied;
+            pError->m_lOsError = ERROR_INVALID_PARAMETER;
             pError->m_strFileName = lpszFileName;
         }
         return FALSE;

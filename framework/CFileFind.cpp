@@ -43,16 +43,15 @@ BOOL CFileFind::FindFile(LPCTSTR pstrName)
 {
     Close();
     std::wstring pattern = pstrName ? pstrName : L"*";
-    std::size_t cut = pattern.find_last_of(L"/\\");
-    std::wstring folder = cut == std::wstring::npos ? L"." : pattern.substr(0, cut);
-    std::wstring namePattern = cut == std::wstring::npos ? pattern : pattern.substr(cut + 1);
-    if (folder.empty())
-        folder = L"/";
+    // The folder part ends at the last separator (or a drive's colon on Windows: "D:NAME"
+    // is NAME in the current folder of drive D).
+    const std::size_t cut = (std::size_t)AfxPathFolderLength(CString(pattern));
+    std::wstring folder = cut == 0 ? L"." : pattern.substr(0, cut);
+    const std::wstring namePattern = pattern.substr(cut);
     // Where slash is the separator, a caller's backslashes are separators too.
     if (AfxPathSeparator() == L'/')
         std::replace(folder.begin(), folder.end(), L'\\', L'/');
-    m_strRoot = CString(cut == std::wstring::npos ? std::wstring() : pattern.substr(0, cut + 1));
-
+    m_strRoot = CString(pattern.substr(0, cut));
     std::error_code ec;
     fs::directory_iterator it(fs::path(folder), ec), end;
     for (; !ec && it != end; it.increment(ec))

@@ -2,6 +2,67 @@
 
 #include <cstdint>
 
+#ifdef _WIN32
+
+#include "CException.h"
+
+#include <climits>
+#include <windows.h>
+
+namespace
+{
+int Count(std::size_t nLength)
+{
+    // The system's conversions take int counts.
+    if (nLength > (std::size_t)INT_MAX)
+        AfxThrowInvalidArgException();
+    return (int)nLength;
+}
+} // namespace
+
+std::wstring AfxAnsiToWide(const char* psz, std::size_t nLength)
+{
+    int n = Count(nLength);
+    if (n == 0)
+        return std::wstring();
+    int nWide = ::MultiByteToWideChar(CP_ACP, 0, psz, n, nullptr, 0);
+    std::wstring out((std::size_t)nWide, L'\0');
+    ::MultiByteToWideChar(CP_ACP, 0, psz, n, &out[0], nWide);
+    return out;
+}
+
+std::string AfxWideToAnsi(const wchar_t* psz, std::size_t nLength)
+{
+    int n = Count(nLength);
+    if (n == 0)
+        return std::string();
+    // A character beyond the basic plane is one character, one '?', as on POSIX where it
+    // is one wchar_t; the system would give one '?' per surrogate. No ANSI code page but
+    // UTF-8 has such characters: the pair becomes U+FFFF, which none has either.
+    std::wstring text(psz, (std::size_t)n);
+    if (::GetACP() != CP_UTF8)
+    {
+        std::size_t k = 0;
+        for (std::size_t i = 0; i < text.size(); ++i, ++k)
+        {
+            bool pair = text[i] >= 0xD800 && text[i] <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+                        text[i + 1] <= 0xDFFF;
+            text[k] = pair ? L'\xFFFF' : text[i];
+            i += pair ? 1 : 0;
+        }
+        text.resize(k);
+        n = (int)k;
+    }
+    // No best-fit mapping ('\u0100' is not 'A'): a character the code page lacks becomes
+    // its default character, '?', as on every platform of the library.
+    int nAnsi = ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), n, nullptr, 0, nullptr, nullptr);
+    std::string out((std::size_t)nAnsi, '\0');
+    ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), n, &out[0], nAnsi, nullptr, nullptr);
+    return out;
+}
+
+#else // Windows-1252 elsewhere
+
 namespace
 {
 // Windows-1252 bytes 0x80 to 0x9F. Zero marks the five bytes the code page leaves
@@ -44,10 +105,6 @@ std::wstring AfxAnsiToWide(const char* psz, std::size_t nLength)
     return out;
 }
 
-std::wstring AfxAnsiToWide(const std::string& s)
-{
-    return AfxAnsiToWide(s.data(), s.size());
-}
 
 std::string AfxWideToAnsi(const wchar_t* psz, std::size_t nLength)
 {
@@ -63,6 +120,13 @@ std::string AfxWideToAnsi(const wchar_t* psz, std::size_t nLength)
         out.push_back(EncodeChar(psz[i]));
     }
     return out;
+}
+
+#endif
+
+std::wstring AfxAnsiToWide(const std::string& s)
+{
+    return AfxAnsiToWide(s.data(), s.size());
 }
 
 std::string AfxWideToAnsi(const std::wstring& s)

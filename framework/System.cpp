@@ -14,6 +14,7 @@
 #ifdef _WIN32
 #include <io.h>
 #include <windows.h>
+#include <shellapi.h>
 #else
 #include <dirent.h>
 #include <dlfcn.h>
@@ -21,6 +22,7 @@
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -43,8 +45,9 @@ std::string NativePath(LPCWSTR psz)
     return NativePath(psz, &path) ? path : std::string();
 }
 
-// Copies text into a caller's buffer with the Windows convention for sizes.
-BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize)
+// Copies text into a caller's buffer with the Windows convention for sizes: the size
+// needed counts the terminator; the length returned does for GetUserNameW only.
+BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize, bool bCountTerminator)
 {
     if (pnSize == nullptr)
     {
@@ -58,7 +61,7 @@ BOOL CopyOut(const std::wstring& text, LPWSTR lpBuffer, LPDWORD pnSize)
         return FALSE;
     }
     std::wmemcpy(lpBuffer, text.c_str(), text.size() + 1);
-    *pnSize = (DWORD)text.size();
+    *pnSize = (DWORD)text.size() + (bCountTerminator ? 1 : 0);
     return TRUE;
 }
 
@@ -171,7 +174,7 @@ BOOL GetComputerNameW(LPWSTR lpBuffer, LPDWORD pnSize)
     std::size_t dot = h.find('.');
     if (dot != std::string::npos)
         h.resize(dot);
-    return CopyOut(AfxUtf8ToWide(h), lpBuffer, pnSize);
+    return CopyOut(AfxUtf8ToWide(h), lpBuffer, pnSize, false);
 }
 
 BOOL GetUserNameW(LPWSTR lpBuffer, LPDWORD pnSize)
@@ -189,7 +192,7 @@ BOOL GetUserNameW(LPWSTR lpBuffer, LPDWORD pnSize)
         errno = ENOENT;
         return FALSE;
     }
-    return CopyOut(AfxUtf8ToWide(name), lpBuffer, pnSize);
+    return CopyOut(AfxUtf8ToWide(name), lpBuffer, pnSize, true);
 }
 
 DWORD GetLastError()
@@ -245,17 +248,14 @@ CString AfxGetLibraryModuleName()
     return CString(L"prefa");
 }
 
-int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
+namespace
 {
-    // A name already taken is refused before anything is written (the usual case of
-    // a lock held by another); the link below settles the races.
-    if (AfxGetFileKind(lpszPath) != afxNoFile)
-        return EEXIST;
-    CString strTemp;
+// Writes a new file's bytes to its temporary file h (strTemp), then gives them the
+// name by a link, which fails if the name is taken (a dangling symbolic link
+// included); an errno value.
+int PublishNewFile(INT_PTR h, const CString& strTemp, LPCTSTR lpszPath, const void* pData, UINT nCount)
+{
     LONG err = 0;
-    INT_PTR h = AfxCreateTempFileBeside(lpszPath, strTemp, &err);
-    if (h < 0)
-        return (int)err;
     const int fd = (int)h;
     const std::string temp = NativePath(strTemp);
     const std::string target = NativePath(lpszPath);
@@ -266,8 +266,6 @@ int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
         ::close(fd);
         return (int)err;
     }
-    // link() publishes the complete record under its name, and fails if the name is
-    // taken (a dangling symbolic link included).
     err = AfxFileFault(afxFileRename);
     if (err == 0)
         err = ::link(temp.c_str(), target.c_str()) == 0 ? 0 : errno;
@@ -286,6 +284,8 @@ int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
         ::unlink(target.c_str());
     return (int)err;
 }
+
+} // namespace
 
 AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
 {
@@ -352,9 +352,46 @@ TCHAR AfxPathSeparator()
     return L'/';
 }
 
+int AfxOsErrorToErrno(LONG lOsError)
+{
+    return (int)lOsError;
+}
+
+UINT GetACP()
+{
+    return 1252;
+}
+
+CString AfxGetEnvironmentVariable(LPCTSTR lpszName)
+{
+    const char* value = std::getenv(NativePath(lpszName).c_str());
+    return value ? CString(AfxUtf8ToWide(value)) : CString();
+}
+
+void AfxSetEnvironmentVariable(LPCTSTR lpszName, LPCTSTR lpszValue)
+{
+    std::string name = NativePath(lpszName);
+    if (lpszValue && *lpszValue)
+        ::setenv(name.c_str(), NativePath(lpszValue).c_str(), 1);
+    else
+        ::unsetenv(name.c_str());
+}
+
+int AfxRunCommand(LPCTSTR lpszCommandLine)
+{
+    std::fflush(nullptr);
+    int status = std::system(NativePath(lpszCommandLine).c_str());
+    return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 BOOL AfxIsStdErrTerminal()
 {
     return ::isatty(2) ? TRUE : FALSE;
+}
+
+std::vector<std::string> AfxGetArgumentsUtf8(int argc, char** argv)
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
 
 #else // _WIN32
@@ -382,26 +419,56 @@ CString AfxGetLibraryModuleName()
     return CString(path);
 }
 
-int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
+namespace
 {
-    // CREATE_NEW fails when the file exists; no sharing while the record is written.
-    HANDLE h = ::CreateFileW(lpszPath, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h == INVALID_HANDLE_VALUE)
-        return ::GetLastError() == ERROR_FILE_EXISTS ? EEXIST : EACCES;
+// Writes a new file's bytes to its temporary file h (strTemp), then gives them the
+// name by a move that fails when the name is taken; an errno value.
+int PublishNewFile(INT_PTR h, const CString& strTemp, LPCTSTR lpszPath, const void* pData, UINT nCount)
+{
+    LONG err = AfxFileFault(afxFileWrite);
     DWORD done = 0;
-    BOOL ok = AfxFileFault(afxFileWrite) == 0 && ::WriteFile(h, pData, nCount, &done, nullptr) && done == nCount;
-    ::CloseHandle(h);
-    if (!ok)
+    if (err == 0 && !(::WriteFile((HANDLE)h, pData, nCount, &done, nullptr) && done == nCount))
+        err = (LONG)::GetLastError();
+    if (err == 0)
+        err = AfxFileFault(afxFileFlush);
+    if (err == 0 && !::FlushFileBuffers((HANDLE)h))
+        err = (LONG)::GetLastError();
+    ::CloseHandle((HANDLE)h);
+    if (err == 0)
+        err = AfxFileFault(afxFileRename);
+    if (err == 0 && !::MoveFileExW(strTemp, lpszPath, MOVEFILE_WRITE_THROUGH))
+        err = (LONG)::GetLastError();
+    if (err != 0)
     {
-        ::DeleteFileW(lpszPath);
-        return EIO;
+        ::DeleteFileW(strTemp);
+        return AfxOsErrorToErrno(err);
     }
     return 0;
 }
 
+} // namespace
+
 AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
 {
-    DWORD a = ::GetFileAttributesW(lpszPath);
+    // Opened for no access at all, the name itself (a link not followed): devices and
+    // pipes answer their kind there, where their attributes may look like a file's.
+    HANDLE h = ::CreateFileW(lpszPath, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    DWORD a = INVALID_FILE_ATTRIBUTES;
+    if (h != INVALID_HANDLE_VALUE)
+    {
+        BY_HANDLE_FILE_INFORMATION info;
+        const bool bDisk = ::GetFileType(h) == FILE_TYPE_DISK;
+        if (bDisk && ::GetFileInformationByHandle(h, &info))
+            a = info.dwFileAttributes;
+        ::CloseHandle(h);
+        if (!bDisk)
+            return afxOtherFile;
+    }
+    else if (::GetLastError() == ERROR_PIPE_BUSY)
+        return afxOtherFile;
+    if (a == INVALID_FILE_ATTRIBUTES)
+        a = ::GetFileAttributesW(lpszPath); // a name that cannot be opened may still be taken
     if (a == INVALID_FILE_ATTRIBUTES)
         return afxNoFile;
     if (a & (FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE))
@@ -411,9 +478,10 @@ AFX_FILE_KIND AfxGetFileKind(LPCTSTR lpszPath)
 
 int AfxReadRegularFile(LPCTSTR lpszPath, void* pData, UINT nCount)
 {
-    // The reparse point itself is opened (a link is not followed), and refused.
+    // The reparse point itself is opened (a link is not followed), and refused; so is a
+    // folder, which only backup semantics lets open.
     HANDLE h = ::CreateFileW(lpszPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                             FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+                             FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (h == INVALID_HANDLE_VALUE)
     {
         DWORD e = ::GetLastError();
@@ -487,12 +555,127 @@ TCHAR AfxPathSeparator()
     return L'\\';
 }
 
+int AfxOsErrorToErrno(LONG lOsError)
+{
+    // The C run-time's own table (what _doserrno becomes in errno).
+    switch (lOsError)
+    {
+    case 0: return 0;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_NO_MORE_FILES:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_FILENAME_EXCED_RANGE: return ENOENT;
+    case ERROR_TOO_MANY_OPEN_FILES: return EMFILE;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_CURRENT_DIRECTORY:
+    case ERROR_NETWORK_ACCESS_DENIED:
+    case ERROR_CANNOT_MAKE:
+    case ERROR_FAIL_I24:
+    case ERROR_DRIVE_LOCKED:
+    case ERROR_SEEK_ON_DEVICE:
+    case ERROR_NOT_LOCKED:
+    case ERROR_LOCK_FAILED: return EACCES;
+    case ERROR_INVALID_HANDLE:
+    case ERROR_INVALID_TARGET_HANDLE:
+    case ERROR_DIRECT_ACCESS_HANDLE: return EBADF;
+    case ERROR_ARENA_TRASHED:
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_INVALID_BLOCK:
+    case ERROR_NOT_ENOUGH_QUOTA: return ENOMEM;
+    case ERROR_BAD_ENVIRONMENT: return E2BIG;
+    case ERROR_BAD_FORMAT: return ENOEXEC;
+    case ERROR_NOT_SAME_DEVICE: return EXDEV;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS: return EEXIST;
+    case ERROR_NO_PROC_SLOTS:
+    case ERROR_MAX_THRDS_REACHED:
+    case ERROR_NESTING_NOT_ALLOWED: return EAGAIN;
+    case ERROR_BROKEN_PIPE: return EPIPE;
+    case ERROR_DISK_FULL: return ENOSPC;
+    case ERROR_WAIT_NO_CHILDREN:
+    case ERROR_CHILD_NOT_COMPLETE: return ECHILD;
+    case ERROR_DIR_NOT_EMPTY: return ENOTEMPTY;
+    default:
+        // Write protection to sharing-buffer overflow (sharing and lock violations among
+        // them) deny access; the executable-format errors are ENOEXEC.
+        if (lOsError >= ERROR_WRITE_PROTECT && lOsError <= ERROR_SHARING_BUFFER_EXCEEDED)
+            return EACCES;
+        if (lOsError >= ERROR_INVALID_STARTING_CODESEG && lOsError <= ERROR_INFLOOP_IN_RELOC_CHAIN)
+            return ENOEXEC;
+        return EINVAL;
+    }
+}
+
+CString AfxGetEnvironmentVariable(LPCTSTR lpszName)
+{
+    const wchar_t* value = ::_wgetenv(lpszName);
+    return value ? CString(value) : CString();
+}
+
+void AfxSetEnvironmentVariable(LPCTSTR lpszName, LPCTSTR lpszValue)
+{
+    // An empty value removes the variable.
+    ::_wputenv_s(lpszName, lpszValue ? lpszValue : L"");
+}
+
+int AfxRunCommand(LPCTSTR lpszCommandLine)
+{
+    // cmd.exe /c drops the first and the last quote of the line when it holds more than
+    // two or any special character: quoted whole, the caller's own quotes survive.
+    std::wstring line = L"\"" + std::wstring(lpszCommandLine ? lpszCommandLine : L"") + L"\"";
+    std::fflush(nullptr);
+    return ::_wsystem(line.c_str());
+}
+
 BOOL AfxIsStdErrTerminal()
 {
     return ::_isatty(_fileno(stderr)) ? TRUE : FALSE;
 }
 
+std::vector<std::string> AfxGetArgumentsUtf8(int argc, char** argv)
+{
+    std::vector<std::string> args;
+    int n = 0;
+    LPWSTR* wide = ::CommandLineToArgvW(::GetCommandLineW(), &n);
+    if (wide == nullptr)
+        return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : args;
+    for (int i = 1; i < n; ++i)
+        args.push_back(AfxWideToUtf8(wide[i]));
+    ::LocalFree(wide);
+    return args;
+}
+
 #endif
+
+int AfxCreateNewFile(LPCTSTR lpszPath, const void* pData, UINT nCount)
+{
+    // A name already taken is refused before anything is written (the usual case of a
+    // lock held by another); the publishing settles the races. Written first under a
+    // temporary name beside it: another process sees no file or the whole record.
+    if (AfxGetFileKind(lpszPath) != afxNoFile)
+        return EEXIST;
+    CString strTemp;
+    LONG err = 0;
+    INT_PTR h = AfxCreateTempFileBeside(lpszPath, strTemp, &err);
+    if (h < 0)
+        return AfxOsErrorToErrno(err);
+    return PublishNewFile(h, strTemp, lpszPath, pData, nCount);
+}
+
+int AfxPathFolderLength(const CString& strPath)
+{
+#ifdef _WIN32
+    const wchar_t* separators = L"/\\:";
+#else
+    const wchar_t* separators = L"/\\";
+#endif
+    std::size_t cut = strPath.Std().find_last_of(separators);
+    return cut == std::wstring::npos ? 0 : (int)cut + 1;
+}
 
 CString AfxGetRuntimeErrorText(int nErrno)
 {

@@ -6,9 +6,13 @@
 #include "CString.h"
 #include "Types.h"
 
+#include <string>
+#include <vector>
+
 #ifndef _WIN32
 // Computer and user names with the Windows calling convention: *pnSize holds the
-// buffer's size in characters on entry and the text's length on success.
+// buffer's size in characters on entry; on success, the name's length (its length and
+// the terminator for GetUserNameW); when too small, FALSE and the size needed.
 BOOL GetComputerNameW(LPWSTR lpBuffer, LPDWORD pnSize);
 BOOL GetUserNameW(LPWSTR lpBuffer, LPDWORD pnSize);
 // The calling thread's last system error (errno on POSIX).
@@ -18,6 +22,8 @@ void SetLastError(DWORD dwErrCode);
 int _waccess(LPCWSTR path, int mode);  // 0 when the file exists (mode 0) or allows mode
 int _wunlink(LPCWSTR path);            // 0 on success, -1 with errno set
 int _wtoi(LPCWSTR psz);
+// The ANSI code page of narrow texts: Windows-1252 here.
+UINT GetACP();
 
 // A caller's path as the POSIX calls take it: UTF-8, with every backslash read as a
 // separator ("dir\\sub\\x.bin" is dir/sub/x.bin), since a name born on Windows never
@@ -26,6 +32,25 @@ int _wtoi(LPCWSTR psz);
 // cause).
 bool AfxPosixPath(LPCWSTR psz, std::string* pPath);
 #endif
+
+// The C run-time's errno value for the OS error number of a file exception: Windows'
+// system codes are mapped as its run-time maps them (ERROR_SHARING_VIOLATION is EACCES);
+// elsewhere the number already is an errno value.
+int AfxOsErrorToErrno(LONG lOsError);
+
+// Environment variables as wide texts (the system's wide environment on Windows, UTF-8
+// elsewhere). Setting a null or empty value removes the variable.
+CString AfxGetEnvironmentVariable(LPCTSTR lpszName);
+void AfxSetEnvironmentVariable(LPCTSTR lpszName, LPCTSTR lpszValue);
+
+// A program's arguments after its name, in UTF-8. Windows hands main() its arguments
+// in the ANSI code page, which cannot hold every name or password: they are read
+// again from the wide command line there.
+std::vector<std::string> AfxGetArgumentsUtf8(int argc, char** argv);
+
+// Runs a command line through the system's command interpreter (cmd.exe on Windows,
+// /bin/sh elsewhere) and returns the program's exit code, -1 when it did not exit.
+int AfxRunCommand(LPCTSTR lpszCommandLine);
 
 // The system's message text for an error number of GetLastError().
 CString AfxGetSystemErrorText(DWORD dwError);
@@ -77,3 +102,6 @@ BOOL AfxIsStdErrTerminal();
 
 // The platform's path separator ('\\' on Windows, '/' elsewhere).
 TCHAR AfxPathSeparator();
+// The length of a path's folder part, its last separator included: '/' and '\\' end
+// it, and on Windows so does the ':' of a drive letter ("C:SECTION.01"). 0 for a bare name.
+int AfxPathFolderLength(const CString& strPath);

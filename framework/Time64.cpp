@@ -81,6 +81,56 @@ const wchar_t* Expansion(wchar_t c, bool bAlternate)
     }
 }
 
+// Weeks in an ISO 8601 year: 53 when it begins on a Thursday, or on a Wednesday in a
+// leap year (the year ends on a Thursday then, or the one before on a Wednesday).
+int IsoWeeksInYear(int year)
+{
+    auto p = [](int y) { return (y + y / 4 - y / 100 + y / 400) % 7; };
+    return p(year) == 4 || p(year - 1) == 3 ? 53 : 52;
+}
+
+// The ISO 8601 week (%V) and its year (%G) of a date.
+void IsoWeek(const struct tm* ptm, int* pWeek, int* pYear)
+{
+    const int year = ptm->tm_year + 1900;
+    const int weekday = ptm->tm_wday == 0 ? 7 : ptm->tm_wday; // Monday is 1
+    int week = (ptm->tm_yday + 1 - weekday + 10) / 7;
+    int isoYear = year;
+    if (week < 1)
+        week = IsoWeeksInYear(--isoYear);
+    else if (week > IsoWeeksInYear(year))
+    {
+        week = 1;
+        ++isoYear;
+    }
+    *pWeek = week;
+    *pYear = isoYear;
+}
+
+// The C99 codes that older run-times (Windows' msvcrt) leave out, written here so that
+// every system gives the same text; false for the codes the run-time writes itself.
+bool OwnCode(wchar_t c, const struct tm* ptm, wchar_t* buffer, std::size_t size, std::size_t* pn)
+{
+    int week = 0, isoYear = 0;
+    if (c == L'V' || c == L'G' || c == L'g')
+        IsoWeek(ptm, &week, &isoYear);
+    int n;
+    switch (c)
+    {
+    case L'e': n = std::swprintf(buffer, size, L"%2d", ptm->tm_mday); break;
+    case L'C': n = std::swprintf(buffer, size, L"%02d", (ptm->tm_year + 1900) / 100); break;
+    case L'u': n = std::swprintf(buffer, size, L"%d", ptm->tm_wday == 0 ? 7 : ptm->tm_wday); break;
+    case L'V': n = std::swprintf(buffer, size, L"%02d", week); break;
+    case L'G': n = std::swprintf(buffer, size, L"%d", isoYear); break;
+    case L'g': n = std::swprintf(buffer, size, L"%02d", isoYear % 100); break;
+    case L'n': n = std::swprintf(buffer, size, L"\n"); break;
+    case L't': n = std::swprintf(buffer, size, L"\t"); break;
+    default: return false;
+    }
+    *pn = n < 0 ? 0 : (std::size_t)n;
+    return true;
+}
+
 bool Append(const wchar_t* p, const struct tm* ptm, std::wstring* pText)
 {
     while (*p)
@@ -109,7 +159,9 @@ bool Append(const wchar_t* p, const struct tm* ptm, std::wstring* pText)
         // One code at a time through the run-time, so that no other code reaches it.
         const wchar_t code[3] = {L'%', c, 0};
         wchar_t buffer[128];
-        std::size_t n = std::wcsftime(buffer, 128, code, ptm);
+        std::size_t n = 0;
+        if (!OwnCode(c, ptm, buffer, 128, &n))
+            n = std::wcsftime(buffer, 128, code, ptm);
         // # drops a number's leading zeros (and %e's space), keeping one digit.
         std::size_t first = 0;
         if (bAlternate && std::wcschr(L"CdegGHIjmMSUVWyY", c))

@@ -9,8 +9,17 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+// The library and its callers are Unicode builds: TCHAR is wchar_t, and the system's
+// functions are their wide (W) forms.
+#ifndef UNICODE
+#define UNICODE
+#endif
+#ifndef _UNICODE
+#define _UNICODE
+#endif
 #include <windows.h>
 #include <tchar.h>
+static_assert(sizeof(TCHAR) == sizeof(wchar_t), "prefa needs UNICODE and _UNICODE defined before <windows.h>");
 #else
 
 typedef int BOOL;

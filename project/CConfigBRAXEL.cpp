@@ -81,8 +81,8 @@ bool CConfigBRAXEL::GestionFichierCConfig(int nMode)
     if (nMode != 1 && nMode != 2)
     {
         AfxMessageBox(erreur.GetMessageText(), MB_OK | MB_ICONEXCLAMATION);
-        MessErreur(L"IDENTERR_2457", L"..\\ConfigBRAXEL", 70, (int)erreur.m_lOsError, AfxGetLibraryModuleName(),
-                   IDS_PREFA_ERREUR_FICHIER, FICHIER_CONFIG, L"");
+        MessErreur(L"IDENTERR_2457", L"..\\ConfigBRAXEL", 70, AfxOsErrorToErrno(erreur.m_lOsError),
+                   AfxGetLibraryModuleName(), IDS_PREFA_ERREUR_FICHIER, FICHIER_CONFIG, L"");
     }
     return false;
 }

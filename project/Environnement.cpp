@@ -1,6 +1,5 @@
 #include "project/Environnement.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
@@ -31,9 +30,9 @@ std::string Trim(const std::string& s)
     return s.substr(a, b - a + 1);
 }
 
-bool ReadRecord(const std::string& fileUtf8, CEnvironnement& env)
+bool ReadRecord(const CString& file, CEnvironnement& env)
 {
-    std::ifstream in(std::filesystem::u8path(fileUtf8));
+    std::ifstream in(std::filesystem::path(file.Std()));
     if (!in)
         return false;
     std::string line;
@@ -69,8 +68,8 @@ int Lecture_Environ_Nom(CEnvironnement& env)
             return 1;
         }
     }
-    const char* file = std::getenv("PREFA_ENV");
-    if (file == nullptr || *file == '\0')
+    CString file = AfxGetEnvironmentVariable(L"PREFA_ENV");
+    if (file.IsEmpty())
         return 0;
     CEnvironnement read;
     read.strRacine = L".";

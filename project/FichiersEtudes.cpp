@@ -52,7 +52,7 @@ int LectureFichier(LPCTSTR lpszChemin, void* pBuffer, UINT nTaille)
     CFile file;
     CFileException e;
     if (!file.Open(lpszChemin, CFile::modeRead | CFile::shareDenyWrite | CFile::typeBinary, &e))
-        return e.m_lOsError > 0 ? (int)e.m_lOsError : EIO;
+        return e.m_lOsError > 0 ? AfxOsErrorToErrno(e.m_lOsError) : EIO;
     try
     {
         UINT n = file.Read(pBuffer, nTaille);
@@ -61,7 +61,7 @@ int LectureFichier(LPCTSTR lpszChemin, void* pBuffer, UINT nTaille)
     }
     catch (CFileException* pe)
     {
-        int err = pe->m_lOsError > 0 ? (int)pe->m_lOsError : EIO;
+        int err = pe->m_lOsError > 0 ? AfxOsErrorToErrno(pe->m_lOsError) : EIO;
         pe->Delete();
         return err;
     }
@@ -72,7 +72,7 @@ int EcritureFichier(LPCTSTR lpszChemin, const void* pBuffer, UINT nTaille)
     CMirrorFile file;
     CFileException e;
     if (!file.Open(lpszChemin, CFile::modeCreate | CFile::modeWrite | CFile::typeBinary, &e))
-        return e.m_lOsError > 0 ? (int)e.m_lOsError : EIO;
+        return e.m_lOsError > 0 ? AfxOsErrorToErrno(e.m_lOsError) : EIO;
     try
     {
         file.Write(pBuffer, nTaille);
@@ -81,7 +81,7 @@ int EcritureFichier(LPCTSTR lpszChemin, const void* pBuffer, UINT nTaille)
     }
     catch (CFileException* pe)
     {
-        int err = pe->m_lOsError > 0 ? (int)pe->m_lOsError : EIO;
+        int err = pe->m_lOsError > 0 ? AfxOsErrorToErrno(pe->m_lOsError) : EIO;
         pe->Delete();
         file.Abort();
         return err;

@@ -79,6 +79,14 @@ int CArchiveZip::Ouvre(LPCTSTR lpszChemin, int nMode)
     int flags = nMode == modeCreation ? ZIP_CREATE | ZIP_TRUNCATE
                 : nMode == modeModification ? ZIP_CHECKCONS
                                             : ZIP_RDONLY | ZIP_CHECKCONS;
+    // A new archive needs its folder: refused here on every system, where libzip on
+    // Windows refuses at the open and elsewhere only at the write.
+    const int nDossier = AfxPathFolderLength(m_strChemin);
+    if (nMode == modeCreation && nDossier > 0 && AfxGetFileKind(m_strChemin.Left(nDossier)) != afxDirectory)
+    {
+        RapporteErreurZip(IDENTERR_ZIP_ECRITURE, __LINE__, ENOENT, m_strChemin, L"");
+        return 0;
+    }
     zip_error_t e;
     zip_error_init(&e);
     std::string chemin = CheminNatif(m_strChemin).u8string();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <type_traits>
 
 using namespace prefa_test;
 
@@ -87,7 +88,7 @@ TEST(CArchive, TextLengthClassesAreByteExact)
 
 TEST(CArchive, CharactersBeyondTheBasicPlaneUseSurrogatePairs)
 {
-    CString text(std::wstring(1, (wchar_t)0x1F525) + L"a");
+    CString text(L"\U0001F525a"); // one wchar_t on POSIX, already a surrogate pair on Windows
     auto bytes = StoreText(text);
     EXPECT_EQ((std::vector<BYTE>{0xFF, 0xFE, 0xFF, 0x03, 0x3D, 0xD8, 0x25, 0xDD, 'a', 0}), bytes) << Hex(bytes);
     EXPECT_EQ(text, LoadText(bytes));
@@ -181,15 +182,21 @@ TEST(CArchive, LargeStreamsCrossTheBufferBoundary)
 
 TEST(CArchive, ScalarsHaveTheFrameworksWidthsWhateverTheCompilers)
 {
-    // long, unsigned long, size_t and wchar_t are 8, 8, 8 and 4 bytes on Linux; the
-    // framework writes 4, 4, 4 and 2. long long is 8 everywhere.
+    // long, unsigned long and wchar_t are 8, 8 and 4 bytes on Linux; the framework writes
+    // 4, 4 and 2. long long is 8 everywhere. size_t is written as the type it is: unsigned
+    // long on Linux (4 bytes), unsigned long long on Windows (8), so records never hold one.
     auto bytes = Store([](CArchive& ar) {
         ar << (long)-2 << 5UL << (std::size_t)7 << L'\u00E9' << (long long)-3 << (unsigned long long)9
            << -4 << 6u << (short)-5 << (unsigned short)0xBEEF << 'A' << (unsigned char)0xC8 << false
            << (__time64_t)0x123456789LL << (LONG)-6 << (DWORD)0xFFFFFFFFu;
     });
     Bytes expected;
-    expected.i32(-2).u32(5).u32(7).u16(0xE9).i64(-3).u64(9).i32(-4).u32(6).u16(0xFFFB).u16(0xBEEF).u8('A').u8(0xC8)
+    expected.i32(-2).u32(5);
+    if (std::is_same<std::size_t, unsigned long>::value)
+        expected.u32(7);
+    else
+        expected.u64(7);
+    expected.u16(0xE9).i64(-3).u64(9).i32(-4).u32(6).u16(0xFFFB).u16(0xBEEF).u8('A').u8(0xC8)
         .u8(0).i64(0x123456789LL).i32(-6).u32(0xFFFFFFFFu);
     ASSERT_EQ(expected.b, bytes) << Hex(bytes);
 
@@ -274,7 +281,7 @@ TEST(CArchive, TextLinesAreUtf16WithTheirEndsDropped)
     auto bytes = Store([](CArchive& ar) {
         ar.WriteString(L"premi\u00E8re\r\n");
         ar.WriteString(L"deux\n\nlone\rcr\n");
-        ar.WriteString(CString(std::wstring(1, (wchar_t)0x1F525) + L"last"));
+        ar.WriteString(CString(AfxUtf8ToWide("\xF0\x9F\x94\xA5last"))); // U+1F525: a pair in UTF-16
     });
     Bytes expected;
     for (char16_t c : std::u16string(u"premi\u00E8re\r\ndeux\n\nlone\rcr\n\xD83D\xDD25last"))
@@ -289,7 +296,7 @@ TEST(CArchive, TextLinesAreUtf16WithTheirEndsDropped)
         EXPECT_TRUE(line.IsEmpty());
     });
     EXPECT_EQ((std::vector<CString>{L"premi\u00E8re", L"deux", L"", L"lone\rcr",
-                                    CString(std::wstring(1, (wchar_t)0x1F525) + L"last")}),
+                                    CString(AfxUtf8ToWide("\xF0\x9F\x94\xA5last"))}),
               lines);
 
     // The buffer form keeps the line end as one '\n' and stops at nMax - 1 characters.

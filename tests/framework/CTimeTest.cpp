@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <string>
+#include <ctime>
 
 using namespace prefa_test;
 
@@ -11,31 +10,25 @@ namespace
 {
 // Central European time (UTC+1, summer time from the last Sunday of March to the
 // last Sunday of October) while it lives, so that local and universal time differ
-// wherever the suite runs. A POSIX zone rule: no zone database needed.
+// wherever the suite runs. A POSIX zone rule: no zone database needed. The Windows
+// run-time reads only "CET-1CEST" and its own summer rule: the dates below are far from
+// the changes of either.
 class CentralEuropeanTime
 {
 public:
-    CentralEuropeanTime()
+    CentralEuropeanTime() : m_old(AfxGetEnvironmentVariable(L"TZ"))
     {
-        const char* old = std::getenv("TZ");
-        m_bHad = old != nullptr;
-        if (old)
-            m_old = old;
-        setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+        AfxSetEnvironmentVariable(L"TZ", L"CET-1CEST,M3.5.0,M10.5.0/3");
         tzset();
     }
     ~CentralEuropeanTime()
     {
-        if (m_bHad)
-            setenv("TZ", m_old.c_str(), 1);
-        else
-            unsetenv("TZ");
+        AfxSetEnvironmentVariable(L"TZ", m_old); // empty: removed
         tzset();
     }
 
 private:
-    bool m_bHad;
-    std::string m_old;
+    CString m_old;
 };
 } // namespace
 
@@ -104,6 +97,17 @@ TEST(CTime, FormatReadsTheCodesAsWindowsDoes)
     };
     for (const Case& c : cases)
         EXPECT_EQ(CString(c.text), t.FormatGmt(c.format)) << AfxWideToUtf8(c.format);
+    // ISO weeks at the turn of the year: the days before the first Thursday's week
+    // belong to the previous year's last week, a late Monday to next year's first.
+    const struct
+    {
+        int y, m, d;
+        const wchar_t* text;
+    } iso[] = {{2021, 1, 1, L"53 2020 20 5"}, {2024, 12, 30, L"01 2025 25 1"}, {2026, 12, 31, L"53 2026 26 4"},
+               {2027, 1, 3, L"53 2026 26 7"}, {2027, 1, 4, L"01 2027 27 1"}, {2019, 12, 29, L"52 2019 19 7"}};
+    for (const auto& j : iso)
+        EXPECT_EQ(CString(j.text), CTime(j.y, j.m, j.d, 12, 0, 0).Format(L"%V %G %g %u")) << j.y << "-" << j.m;
+
     // # keeps the last digit of a zero.
     EXPECT_EQ(CString(L"8:0:0"), CTime((__time64_t)1709625600LL).FormatGmt(L"%#H:%#M:%#S"));
 

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 using namespace prefa_test;
 
 namespace
@@ -14,28 +12,14 @@ namespace
 class EnvVar
 {
 public:
-    explicit EnvVar(const char* value)
+    explicit EnvVar(const char* value) : m_old(AfxGetEnvironmentVariable(L"PREFA_ENV"))
     {
-        const char* old = std::getenv("PREFA_ENV");
-        m_had = old != nullptr;
-        if (m_had)
-            m_old = old;
-        if (value)
-            setenv("PREFA_ENV", value, 1);
-        else
-            unsetenv("PREFA_ENV");
+        AfxSetEnvironmentVariable(L"PREFA_ENV", value ? CString(AfxUtf8ToWide(value)).GetString() : nullptr);
     }
-    ~EnvVar()
-    {
-        if (m_had)
-            setenv("PREFA_ENV", m_old.c_str(), 1);
-        else
-            unsetenv("PREFA_ENV");
-    }
+    ~EnvVar() { AfxSetEnvironmentVariable(L"PREFA_ENV", m_old); }
 
 private:
-    bool m_had;
-    std::string m_old;
+    CString m_old;
 };
 } // namespace
 
@@ -58,7 +42,9 @@ TEST(Environnement, RecordFileDefaultsAndProgramSettings)
         EXPECT_EQ(1, Lecture_Environ_Nom(env));
         EXPECT_EQ(CString(dir.Path() + L"/donn\u00E9es"), env.strRacine);
         EXPECT_EQ(1, env.nMultiUtilisateur);
-        EXPECT_EQ(CString(dir.Path() + L"/donn\u00E9es/E1/TEMPER.03"), Compose_Fichier_Etudes(L"E1", L"TEMPER.", 3));
+        CString sep(AfxPathSeparator()); // '\\' on Windows
+        EXPECT_EQ(dir.Path() + L"/donn\u00E9es" + sep + L"E1" + sep + L"TEMPER.03",
+                  Compose_Fichier_Etudes(L"E1", L"TEMPER.", 3));
 
         // What the program sets wins over the file, until it is withdrawn.
         DefinitEnvironnement(L"/data", 0);

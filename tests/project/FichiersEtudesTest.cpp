@@ -10,14 +10,21 @@ using namespace prefa_test;
 
 TEST(FichiersEtudes, ComposedNames)
 {
+    // The platform's separator between the parts ('\\' on Windows, checked there by CheminsWindows).
+    auto chemin = [](std::initializer_list<const wchar_t*> parties) {
+        CString c;
+        for (const wchar_t* p : parties)
+            c += (c.IsEmpty() ? CString() : CString(AfxPathSeparator())) + p;
+        return c;
+    };
     DefinitEnvironnement(L"/srv/prefa", 1);
-    EXPECT_EQ(CString(L"/srv/prefa/ETUDE1/TEMPER.03"), Compose_Fichier_Etudes(L"ETUDE1", L"TEMPER.", 3));
-    EXPECT_EQ(CString(L"/srv/prefa/ETUDE1/SECTION.12"), Compose_Fichier_Etudes(L"ETUDE1", L"SECTION.", 12));
+    EXPECT_EQ(chemin({L"/srv/prefa", L"ETUDE1", L"TEMPER.03"}), Compose_Fichier_Etudes(L"ETUDE1", L"TEMPER.", 3));
+    EXPECT_EQ(chemin({L"/srv/prefa", L"ETUDE1", L"SECTION.12"}), Compose_Fichier_Etudes(L"ETUDE1", L"SECTION.", 12));
     // The number has two digits at least, not at most.
-    EXPECT_EQ(CString(L"/srv/prefa/A/VORENPLA.123"), Compose_Fichier_Etudes(L"A", L"VORENPLA.", 123));
-    EXPECT_EQ(CString(L"/srv/prefa/A/VORENAFF"), Compose_Fichier_Affaire(L"A", L"VORENAFF"));
-    EXPECT_EQ(CString(L"/srv/prefa/A/poutre.LCK"), Compose_Fichier_Nomme(L"A", L"poutre", L".LCK"));
-    EXPECT_EQ(CString(L"/srv/prefa/A"), Compose_Dossier_Affaire(L"A"));
+    EXPECT_EQ(chemin({L"/srv/prefa", L"A", L"VORENPLA.123"}), Compose_Fichier_Etudes(L"A", L"VORENPLA.", 123));
+    EXPECT_EQ(chemin({L"/srv/prefa", L"A", L"VORENAFF"}), Compose_Fichier_Affaire(L"A", L"VORENAFF"));
+    EXPECT_EQ(chemin({L"/srv/prefa", L"A", L"poutre.LCK"}), Compose_Fichier_Nomme(L"A", L"poutre", L".LCK"));
+    EXPECT_EQ(chemin({L"/srv/prefa", L"A"}), Compose_Dossier_Affaire(L"A"));
     AnnuleDefinitionEnvironnement();
 }
 

@@ -69,7 +69,8 @@ ScratchDir::~ScratchDir()
 
 CString ScratchDir::operator/(const CString& name) const
 {
-    return CString((ToPath(m_path) / ToPath(name)).wstring());
+    // With the platform's separators, as the library composes paths.
+    return CString((ToPath(m_path) / ToPath(name)).make_preferred().wstring());
 }
 
 std::string ScratchDir::Utf8() const

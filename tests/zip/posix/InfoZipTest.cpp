@@ -1,7 +1,7 @@
 // Both ways with Info-ZIP (Debian's zip and unzip), encrypted: what we write is tested
 // and extracted by unzip; what zip writes, we unpack. Names with accents survive both ways.
 #include "zip/PaquetAffaire.h"
-#include "ZipFabrique.h"
+#include "zip/ZipFabrique.h"
 
 #include <gtest/gtest.h>
 
