@@ -243,16 +243,16 @@ double CTemperatureGenerale::InitTableDonnees(CPolygone& section, double duree, 
 
     const int nLignes = (int)m_T1.GetSize();
     const int nColonnes = (int)m_T1[0].GetSize();
-    m_nTravail[6] = nLignes;
-    m_nTravail[7] = nColonnes;
+    m_nTravail[TravailN::NB_LIGNES] = nLignes;
+    m_nTravail[TravailN::NB_COLONNES] = nColonnes;
     m_TabTemps.Add(duree);
     if (dtu)
     {
-        m_nTravail[9] = 1;
-        m_nTravail[10] = nLignes;
-        m_nTravail[11] = 1;
-        m_nTravail[12] = nColonnes;
-        m_nTravail[13] = 1;
+        m_nTravail[TravailN::ZONE_LIGNE_DEBUT] = 1;
+        m_nTravail[TravailN::ZONE_LIGNE_FIN] = nLignes;
+        m_nTravail[TravailN::ZONE_COL_DEBUT] = 1;
+        m_nTravail[TravailN::ZONE_COL_FIN] = nColonnes;
+        m_nTravail[TravailN::COMPTE] = 1;
         m_NumLigne.Add(1);
         m_ColDebut.Add(0);
         m_ColFin.Add(0);
@@ -283,12 +283,12 @@ double CTemperatureGenerale::InitTableDonnees(CPolygone& section, double duree, 
     }
     else
     {
-        m_nTravail[13] = 1;
+        m_nTravail[TravailN::COMPTE] = 1;
     }
 
-    m_dTravailA[7] = 1.4;    // conductivity, kcal/(h m C)
-    m_dTravailA[8] = 0.85;   // fire-curve factor
-    m_dTravailA[9] = 2400.0; // density, kg/m3
-    m_dTravailA[10] = 0.22;  // specific heat, kcal/(kg C)
+    m_dTravailA[TravailA::LAMBDA] = 1.4;       // conductivity, kcal/(h m C)
+    m_dTravailA[TravailA::FACTEUR_FEU] = 0.85; // fire-curve factor
+    m_dTravailA[TravailA::RHO] = 2400.0;       // density, kg/m3
+    m_dTravailA[TravailA::C] = 0.22;           // specific heat, kcal/(kg C)
     return D;
 }
