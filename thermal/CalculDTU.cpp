@@ -20,6 +20,7 @@
 // The time loop runs on flat row-major copies of m_T1 and m_T2; the public Init56 and
 // Calcul... operations work on the grids themselves with the same formulas.
 #include "thermal/CTemperatureGenerale.h"
+#include "thermal/ProprietesFlamme.h"
 #include "thermal/Releves.h"
 
 #include <algorithm>
@@ -29,6 +30,7 @@
 namespace
 {
 const double JAMAIS = 1300.0; // criterion time meaning "not reached"
+const double kConvectionDTU = 6.0; // convective part of the exposed-face coefficient
 
 // Exposed face node from its two neighbours a, b, the surface resistance R
 // (conductivity over h), the cell side and the fire rise F.
@@ -373,12 +375,12 @@ void CTemperatureGenerale::CalculTemperatureDTU()
         const double F = 345.0 * std::log10(8.0 * t + 1.0);
         const double G = F * m_dTravailA[TravailA::FACTEUR_FEU];
         m_dTravailA[TravailA::FEU] = F;
+        // Radiation of the flame laws, the gas at G taken as the flame, for the share k.
         const double S = m_dTravailA[TravailA::MOY_EXPO];
-        const double r = (S + 273.0) / (G + 273.0);
         double k = (G - S) / (F - S);
         if (!(k > 0.0))
             k = 1.0;
-        const double h = k * 40.0 * std::pow((G + 273.0) / 1000.0, 3) * (1 + r + r * r + r * r * r) + 6.0;
+        const double h = k * CoefficientRayonnementFlamme(G + 273.0, S) + kConvectionDTU;
         m_dTravailA[TravailA::H] = std::min(h, 2.0 * m_dTravailB[TravailB::LAMBDA] / D);
 
         noyau.Miroir();
