@@ -17,7 +17,7 @@ inline void PoutreReference(CTemperatureGenerale& t, double pas)
             t.m_Masque[i][j] = (i == 0 || j == 0 || i == nl - 1 || j == nc - 1) ? -1.0 : 11.0;
     }
     t.SetDELX(pas);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
+    t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
+    t.m_dTravailA[TravailA::C] = 0.22;
 }

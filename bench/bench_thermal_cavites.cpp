@@ -86,9 +86,9 @@ void Mailler(CTemperatureGenerale& t, Section& s, double pas)
         }
     }
     t.SetDELX(pas);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
+    t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
+    t.m_dTravailA[TravailA::C] = 0.22;
     t.m_dXOrigine = s.largeur + kMarge; // lookup x = largeur - x
 }
 

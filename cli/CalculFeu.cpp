@@ -212,8 +212,8 @@ FireResult RunFire(const FireInput& in, const std::vector<double>& historyMinute
                                  " (a value that is not a number, or beyond the gas): no temperatures are given");
     if (in.method == Method::Dtu)
     {
-        r.criterion140 = t.m_dTravailA[0];
-        r.criterion180 = t.m_dTravailA[1];
+        r.criterion140 = t.m_dTravailA[TravailA::T140];
+        r.criterion180 = t.m_dTravailA[TravailA::T180];
     }
     return r;
 }

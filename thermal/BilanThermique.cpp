@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <condition_variable>
 #include <limits>
+#include <mutex>
 #include <thread>
 
 namespace
@@ -38,8 +40,10 @@ bool HorsPlage(const double* T, std::size_t n, double bas, double haut)
     return hors;
 }
 
-// All threads of a run meet here between the two phases of a step. Spins briefly, then
-// yields, so that a loaded machine is not starved.
+// All threads of a run meet here between the two phases of a step. A waiter spins a
+// little, since the others are usually only microseconds behind, then sleeps until the
+// last one arrives: with more threads than free cores, spinning or yielding waiters would
+// keep taking the core from the thread they wait for.
 class Barriere
 {
 public:
@@ -52,18 +56,34 @@ public:
         if (m_compte.fetch_add(1, std::memory_order_acq_rel) == m_n - 1)
         {
             m_compte.store(0, std::memory_order_relaxed);
-            m_generation.fetch_add(1, std::memory_order_release);
+            bool dormeurs;
+            {
+                // Under the lock, so that a waiter cannot check and then sleep through it.
+                std::lock_guard<std::mutex> verrou(m_mutex);
+                m_generation.fetch_add(1, std::memory_order_release);
+                dormeurs = m_dormeurs > 0;
+            }
+            if (dormeurs)
+                m_reveil.notify_all();
             return;
         }
-        for (int spins = 0; m_generation.load(std::memory_order_acquire) == g; ++spins)
-            if (spins > 2000)
-                std::this_thread::yield();
+        for (int tours = 0; tours < kTours; ++tours)
+            if (m_generation.load(std::memory_order_acquire) != g)
+                return;
+        std::unique_lock<std::mutex> verrou(m_mutex);
+        ++m_dormeurs;
+        m_reveil.wait(verrou, [&] { return m_generation.load(std::memory_order_acquire) != g; });
+        --m_dormeurs;
     }
 
 private:
+    static constexpr int kTours = 1 << 14; // some tens of microseconds
     const int m_n;
     std::atomic<int> m_compte{0};
     std::atomic<unsigned> m_generation{0};
+    std::mutex m_mutex;
+    std::condition_variable m_reveil;
+    int m_dormeurs = 0; // waiters asleep, under m_mutex
 };
 
 bool EstMateriau(std::int8_t n) { return n == BilanThermique::kMateriau; }

@@ -173,8 +173,8 @@ void CTemperatureGenerale::Serialize(CArchive& ar)
         AfxThrowArchiveException(CArchiveException::badIndex, ar.GetFile()->GetFilePath());
     ar.CheckAvailable((ULONGLONG)nLignes * (ULONGLONG)nColonnes, sizeof(double));
     m_TypeCalcul = (TYPE_CALCUL_TEMPERATURE)type;
-    m_nTravail[6] = nLignes;
-    m_nTravail[7] = nColonnes;
+    m_nTravail[TravailN::NB_LIGNES] = nLignes;
+    m_nTravail[TravailN::NB_COLONNES] = nColonnes;
     SetDELX(dDelx);
     if (nLignes == 0)
         return;

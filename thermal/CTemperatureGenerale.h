@@ -32,6 +32,7 @@
 #include "geometry/CPointD.h"
 #include "geometry/CPolygone.h"
 #include "thermal/CArrayEx.h"
+#include "thermal/EmplacementsTravail.h"
 
 #include <functional>
 #include <vector>
@@ -89,10 +90,10 @@ public:
     double T(int i, int j) const;
     double T(double x, double y) const;
 
-    int GetNbLignes() const { return m_nTravail[6]; }
-    int GetNbColonnes() const { return m_nTravail[7]; }
-    double GetDELX() const { return m_dTravailB[5]; }
-    void SetDELX(double d) { m_dTravailB[5] = d; }
+    int GetNbLignes() const { return m_nTravail[TravailN::NB_LIGNES]; }
+    int GetNbColonnes() const { return m_nTravail[TravailN::NB_COLONNES]; }
+    double GetDELX() const { return m_dTravailB[TravailB::DELX]; }
+    void SetDELX(double d) { m_dTravailB[TravailB::DELX] = d; }
     CPointD GetPtTranslation() const { return m_PtTranslation; }
     TYPE_CALCUL_TEMPERATURE GetTypeCalcul() const { return m_TypeCalcul; }
 
@@ -104,11 +105,11 @@ public:
                             double epaisseur, double reserve);
 
     // DTU method: rises above ambient under the standard fire, with the two insulation
-    // criteria times (minutes, 1300.0 when not reached) in m_dTravailA[0] and [1].
+    // criteria times (minutes, 1300.0 when not reached) in TravailA::T140 and T180.
     void CalculTemperatureDTU();
     // Steps of the DTU method on the grids themselves (0-based node indices): the
-    // interior sweep; the face updates from a and b (m_dTravailB[6], [7]), Calcul141
-    // choosing the unexposed one when P (m_dTravailB[1]) + 2 <= 0; and the additions of
+    // interior sweep; the face updates from a and b (TravailB::A, B), Calcul141
+    // choosing the unexposed one when P (TravailB::P) + 2 <= 0; and the additions of
     // a node of m_T2 to the exposed-side (455) or unexposed-side (440) sums.
     void Init56();
     void Calcul141(int i, int j);
@@ -146,9 +147,9 @@ public:
     CGrille m_T1;      // temperatures, one inner array per row
     CGrille m_T2;      // next time step while an explicit method runs
     CGrille m_Masque;  // cell codes: negative outside the section
-    double m_dTravailA[11];
-    int m_nTravail[14];     // [6] NbLignes, [7] NbColonnes
-    double m_dTravailB[18]; // [4] DT, [5] DELX
+    double m_dTravailA[TravailA::TAILLE]; // slots named in EmplacementsTravail.h
+    int m_nTravail[TravailN::TAILLE];
+    double m_dTravailB[TravailB::TAILLE];
     CPointD m_PtTranslation;
     TYPE_CALCUL_TEMPERATURE m_TypeCalcul;
     double m_dXOrigine;

@@ -20,6 +20,7 @@
 // The time loop runs on flat row-major copies of m_T1 and m_T2; the public Init56 and
 // Calcul... operations work on the grids themselves with the same formulas.
 #include "thermal/CTemperatureGenerale.h"
+#include "thermal/ProprietesFlamme.h"
 #include "thermal/Releves.h"
 
 #include <algorithm>
@@ -28,25 +29,8 @@
 
 namespace
 {
-// Slots of the working blocks (0-based).
-enum
-{
-    A_T140 = 0, A_T180 = 1, A_MOY_NONEXPO = 2, A_MOY_140 = 3, A_MOY_EXPO = 4, A_H = 5,
-    A_FEU = 6, A_LAMBDA = 7, A_FACTEUR_FEU = 8, A_RHO = 9, A_C = 10
-};
-enum
-{
-    N_SAUTES = 0, N_NOEUDS = 1, N_FACE_EXPO = 2, N_FACE_NONEXPO = 3, N_COTE_EXPO = 4,
-    N_COTE_NONEXPO = 5, N_LIGNES = 6, N_COLONNES = 7, N_DERNIERE_COL = 8
-};
-enum
-{
-    B_P = 1, B_HP = 2, B_LAMBDA = 3, B_DT = 4, B_A = 6, B_B = 7, B_SOMME_FACES = 8,
-    B_SOMME_NONEXPO = 9, B_SOMME_EXPO = 10, B_SOMME_INT = 11, B_SOMME_COTE_NONEXPO = 12,
-    B_SOMME_COTE_EXPO = 13, B_MAX_SURFACE = 14, B_MAX_180 = 15, B_MIN_COTES = 16, B_MIN_DIAG = 17
-};
-
 const double JAMAIS = 1300.0; // criterion time meaning "not reached"
+const double kConvectionDTU = 6.0; // convective part of the exposed-face coefficient
 
 // Exposed face node from its two neighbours a, b, the surface resistance R
 // (conductivity over h), the cell side and the fire rise F.
@@ -221,7 +205,7 @@ public:
     // Face sweep of one step, in place; sums and counts go to the object.
     void Faces(CTemperatureGenerale& t, double D, double F, double R, double Rp)
     {
-        double sommeExpo = 0.0, sommeNonExpo = 0.0, maxSurface = t.m_dTravailB[B_MAX_SURFACE];
+        double sommeExpo = 0.0, sommeNonExpo = 0.0, maxSurface = t.m_dTravailB[TravailB::MAX_SURFACE];
         int nExpo = 0, nNonExpo = 0;
         double* v = T.data();
         for (const Face& f : faces)
@@ -243,13 +227,13 @@ public:
                 maxSurface = std::max(maxSurface, ValeurSurface(a, b, n));
             }
         }
-        t.m_dTravailB[B_SOMME_EXPO] += sommeExpo;
-        t.m_dTravailB[B_SOMME_NONEXPO] += sommeNonExpo;
-        t.m_dTravailB[B_SOMME_FACES] += sommeExpo + sommeNonExpo;
-        t.m_dTravailB[B_MAX_SURFACE] = maxSurface;
-        t.m_nTravail[N_FACE_EXPO] += nExpo;
-        t.m_nTravail[N_FACE_NONEXPO] += nNonExpo;
-        t.m_nTravail[N_SAUTES] += nSautes;
+        t.m_dTravailB[TravailB::SOMME_EXPO] += sommeExpo;
+        t.m_dTravailB[TravailB::SOMME_NONEXPO] += sommeNonExpo;
+        t.m_dTravailB[TravailB::SOMME_FACES] += sommeExpo + sommeNonExpo;
+        t.m_dTravailB[TravailB::MAX_SURFACE] = maxSurface;
+        t.m_nTravail[TravailN::FACE_EXPO] += nExpo;
+        t.m_nTravail[TravailN::FACE_NONEXPO] += nNonExpo;
+        t.m_nTravail[TravailN::SAUTES] += nSautes;
     }
 
     // Interior sweep: Jacobi average of the four side neighbours, then the side sums.
@@ -284,11 +268,11 @@ public:
         }
         for (const Suite& s : interieurs)
             std::copy(b + s.debut, b + s.fin, a + s.debut);
-        t.m_dTravailB[B_SOMME_INT] = somme;
-        t.m_dTravailB[B_SOMME_COTE_EXPO] = sommeExpo;
-        t.m_dTravailB[B_SOMME_COTE_NONEXPO] = sommeNonExpo;
-        t.m_nTravail[N_COTE_EXPO] = nExpo;
-        t.m_nTravail[N_COTE_NONEXPO] = nNonExpo;
+        t.m_dTravailB[TravailB::SOMME_INT] = somme;
+        t.m_dTravailB[TravailB::SOMME_COTE_EXPO] = sommeExpo;
+        t.m_dTravailB[TravailB::SOMME_COTE_NONEXPO] = sommeNonExpo;
+        t.m_nTravail[TravailN::COTE_EXPO] = nExpo;
+        t.m_nTravail[TravailN::COTE_NONEXPO] = nNonExpo;
     }
 
     // Copies both fields back into the object's grids.
@@ -345,23 +329,24 @@ void CTemperatureGenerale::CalculTemperatureDTU()
     for (INT_PTR k = 0; k < m_TabTemps.GetSize(); ++k)
         cibles.push_back(m_TabTemps[k] * 60.0);
 
-    m_dTravailA[A_MOY_140] = 0.0;
-    m_dTravailB[B_MAX_180] = 0.0;
-    m_nTravail[N_DERNIERE_COL] = GetNbColonnes() - 1;
-    m_dTravailA[A_T140] = JAMAIS;
-    m_dTravailA[A_T180] = JAMAIS;
-    m_dTravailB[B_MAX_SURFACE] = 0.0;
+    m_dTravailA[TravailA::MOY_140] = 0.0;
+    m_dTravailB[TravailB::MAX_180] = 0.0;
+    m_nTravail[TravailN::DERNIERE_COL] = GetNbColonnes() - 1;
+    m_dTravailA[TravailA::T140] = JAMAIS;
+    m_dTravailA[TravailA::T180] = JAMAIS;
+    m_dTravailB[TravailB::MAX_SURFACE] = 0.0;
     int nNoeuds = 0;
     for (INT_PTR k = 0; k < m_ColDebut.GetSize() && k < m_ColFin.GetSize(); ++k)
         if (m_ColDebut[k] > 0 && m_ColFin[k] > 0)
             nNoeuds += std::max(0, m_ColFin[k] - m_ColDebut[k] + 1);
-    m_nTravail[N_NOEUDS] = nNoeuds;
-    m_dTravailA[A_MOY_NONEXPO] = 0.0;
-    m_dTravailA[A_MOY_EXPO] = 0.0;
-    m_dTravailB[B_LAMBDA] = m_dTravailA[A_LAMBDA];
-    m_dTravailB[B_DT] = 0.0;
+    m_nTravail[TravailN::NOEUDS] = nNoeuds;
+    m_dTravailA[TravailA::MOY_NONEXPO] = 0.0;
+    m_dTravailA[TravailA::MOY_EXPO] = 0.0;
+    m_dTravailB[TravailB::LAMBDA] = m_dTravailA[TravailA::LAMBDA];
+    m_dTravailB[TravailB::DT] = 0.0;
 
-    const double pas = m_dTravailA[A_C] * 60.0 * m_dTravailA[A_RHO] * D * D * 0.25 / m_dTravailB[B_LAMBDA];
+    const double pas =
+        m_dTravailA[TravailA::C] * 60.0 * m_dTravailA[TravailA::RHO] * D * D * 0.25 / m_dTravailB[TravailB::LAMBDA];
     if (cibles.empty() || !(pas > 0.0) || !std::isfinite(pas))
     {
         noyau.Restitue(*this);
@@ -376,49 +361,52 @@ void CTemperatureGenerale::CalculTemperatureDTU()
     std::size_t releve = 0;
     for (int etape = 1;; ++etape)
     {
-        double& t = m_dTravailB[B_DT];
+        double& t = m_dTravailB[TravailB::DT];
         t += pas;
-        m_dTravailB[B_SOMME_FACES] = m_dTravailB[B_SOMME_NONEXPO] = m_dTravailB[B_SOMME_EXPO] = 0.0;
-        m_nTravail[N_SAUTES] = m_nTravail[N_FACE_EXPO] = m_nTravail[N_FACE_NONEXPO] = 0;
+        m_dTravailB[TravailB::SOMME_FACES] = m_dTravailB[TravailB::SOMME_NONEXPO] =
+            m_dTravailB[TravailB::SOMME_EXPO] = 0.0;
+        m_nTravail[TravailN::SAUTES] = m_nTravail[TravailN::FACE_EXPO] = m_nTravail[TravailN::FACE_NONEXPO] = 0;
 
-        double hp = 8.0 * std::pow(m_dTravailA[A_MOY_NONEXPO], 0.1);
+        double hp = 8.0 * std::pow(m_dTravailA[TravailA::MOY_NONEXPO], 0.1);
         if (!(hp >= 0.1))
             hp = 0.1;
-        m_dTravailB[B_HP] = hp;
+        m_dTravailB[TravailB::HP] = hp;
 
         const double F = 345.0 * std::log10(8.0 * t + 1.0);
-        const double G = F * m_dTravailA[A_FACTEUR_FEU];
-        m_dTravailA[A_FEU] = F;
-        const double S = m_dTravailA[A_MOY_EXPO];
-        const double r = (S + 273.0) / (G + 273.0);
+        const double G = F * m_dTravailA[TravailA::FACTEUR_FEU];
+        m_dTravailA[TravailA::FEU] = F;
+        // Radiation of the flame laws, the gas at G taken as the flame, for the share k.
+        const double S = m_dTravailA[TravailA::MOY_EXPO];
         double k = (G - S) / (F - S);
         if (!(k > 0.0))
             k = 1.0;
-        const double h = k * 40.0 * std::pow((G + 273.0) / 1000.0, 3) * (1 + r + r * r + r * r * r) + 6.0;
-        m_dTravailA[A_H] = std::min(h, 2.0 * m_dTravailB[B_LAMBDA] / D);
+        const double h = k * CoefficientRayonnementFlamme(G + 273.0, S) + kConvectionDTU;
+        m_dTravailA[TravailA::H] = std::min(h, 2.0 * m_dTravailB[TravailB::LAMBDA] / D);
 
         noyau.Miroir();
         if (etape == 1)
             noyau.Interieur(*this);
-        noyau.Faces(*this, D, F, m_dTravailB[B_LAMBDA] / m_dTravailA[A_H], m_dTravailB[B_LAMBDA] / hp);
+        noyau.Faces(*this, D, F, m_dTravailB[TravailB::LAMBDA] / m_dTravailA[TravailA::H],
+                    m_dTravailB[TravailB::LAMBDA] / hp);
         noyau.Miroir();
 
-        const int nFaceNonExpo = m_nTravail[N_FACE_NONEXPO], nCoteNonExpo = m_nTravail[N_COTE_NONEXPO];
+        const int nFaceNonExpo = m_nTravail[TravailN::FACE_NONEXPO], nCoteNonExpo = m_nTravail[TravailN::COTE_NONEXPO];
         if (nFaceNonExpo > 0 && nCoteNonExpo > 0)
-            m_dTravailA[A_MOY_NONEXPO] = (m_dTravailB[B_SOMME_COTE_NONEXPO] + m_dTravailB[B_SOMME_NONEXPO]) /
-                                         (nCoteNonExpo + nFaceNonExpo);
-        m_dTravailA[A_MOY_EXPO] = (m_dTravailB[B_SOMME_COTE_EXPO] + m_dTravailB[B_SOMME_EXPO]) /
-                                  (m_nTravail[N_COTE_EXPO] + m_nTravail[N_FACE_EXPO]);
+            m_dTravailA[TravailA::MOY_NONEXPO] =
+                (m_dTravailB[TravailB::SOMME_COTE_NONEXPO] + m_dTravailB[TravailB::SOMME_NONEXPO]) /
+                (nCoteNonExpo + nFaceNonExpo);
+        m_dTravailA[TravailA::MOY_EXPO] = (m_dTravailB[TravailB::SOMME_COTE_EXPO] + m_dTravailB[TravailB::SOMME_EXPO]) /
+                                          (m_nTravail[TravailN::COTE_EXPO] + m_nTravail[TravailN::FACE_EXPO]);
 
-        if (m_dTravailA[A_MOY_NONEXPO] >= 140.0 && t <= m_dTravailA[A_T140])
+        if (m_dTravailA[TravailA::MOY_NONEXPO] >= 140.0 && t <= m_dTravailA[TravailA::T140])
         {
-            m_dTravailA[A_T140] = t;
-            m_dTravailA[A_MOY_140] = m_dTravailA[A_MOY_NONEXPO];
+            m_dTravailA[TravailA::T140] = t;
+            m_dTravailA[TravailA::MOY_140] = m_dTravailA[TravailA::MOY_NONEXPO];
         }
-        if (m_dTravailB[B_MAX_SURFACE] >= 180.0 && t <= m_dTravailA[A_T180])
+        if (m_dTravailB[TravailB::MAX_SURFACE] >= 180.0 && t <= m_dTravailA[TravailA::T180])
         {
-            m_dTravailA[A_T180] = t;
-            m_dTravailB[B_MAX_180] = m_dTravailB[B_MAX_SURFACE];
+            m_dTravailA[TravailA::T180] = t;
+            m_dTravailB[TravailB::MAX_180] = m_dTravailB[TravailB::MAX_SURFACE];
         }
 
         while (cible < cibles.size() && t >= cibles[cible])
@@ -443,32 +431,33 @@ void CTemperatureGenerale::Init56()
 void CTemperatureGenerale::Calcul200(int i, int j)
 {
     const double D = GetDELX();
-    const double R = m_dTravailB[B_LAMBDA] / m_dTravailA[A_H];
-    const double n = ValeurFaceExposee(m_dTravailB[B_A], m_dTravailB[B_B], R, D, m_dTravailA[A_FEU]);
+    const double R = m_dTravailB[TravailB::LAMBDA] / m_dTravailA[TravailA::H];
+    const double n =
+        ValeurFaceExposee(m_dTravailB[TravailB::A], m_dTravailB[TravailB::B], R, D, m_dTravailA[TravailA::FEU]);
     m_T1[i][j] = n;
-    ++m_nTravail[N_FACE_EXPO];
-    m_dTravailB[B_SOMME_EXPO] += n;
-    m_dTravailB[B_SOMME_FACES] += n;
+    ++m_nTravail[TravailN::FACE_EXPO];
+    m_dTravailB[TravailB::SOMME_EXPO] += n;
+    m_dTravailB[TravailB::SOMME_FACES] += n;
 }
 
 void CTemperatureGenerale::Calcul145(int i, int j)
 {
     const double D = GetDELX();
-    const double a = m_dTravailB[B_A], b = m_dTravailB[B_B];
-    const double n = ValeurFaceNonExposee(a, b, m_dTravailB[B_LAMBDA] / m_dTravailB[B_HP], D);
+    const double a = m_dTravailB[TravailB::A], b = m_dTravailB[TravailB::B];
+    const double n = ValeurFaceNonExposee(a, b, m_dTravailB[TravailB::LAMBDA] / m_dTravailB[TravailB::HP], D);
     m_T1[i][j] = n;
-    ++m_nTravail[N_FACE_NONEXPO];
-    m_dTravailB[B_SOMME_NONEXPO] += n;
+    ++m_nTravail[TravailN::FACE_NONEXPO];
+    m_dTravailB[TravailB::SOMME_NONEXPO] += n;
     const double surface = ValeurSurface(a, b, n);
-    if (surface >= m_dTravailB[B_MAX_SURFACE])
-        m_dTravailB[B_MAX_SURFACE] = surface;
-    m_dTravailB[B_SOMME_FACES] += n;
+    if (surface >= m_dTravailB[TravailB::MAX_SURFACE])
+        m_dTravailB[TravailB::MAX_SURFACE] = surface;
+    m_dTravailB[TravailB::SOMME_FACES] += n;
 }
 
 void CTemperatureGenerale::Calcul141(int i, int j)
 {
     // P (the outside neighbour that decides), a and b are already in the working values.
-    if (m_dTravailB[B_P] + 2.0 <= 0.0)
+    if (m_dTravailB[TravailB::P] + 2.0 <= 0.0)
         Calcul145(i, j);
     else
         Calcul200(i, j);
@@ -476,12 +465,12 @@ void CTemperatureGenerale::Calcul141(int i, int j)
 
 void CTemperatureGenerale::Etiq455(int i, int j)
 {
-    m_dTravailB[B_SOMME_COTE_EXPO] += m_T2[i][j];
-    ++m_nTravail[N_COTE_EXPO];
+    m_dTravailB[TravailB::SOMME_COTE_EXPO] += m_T2[i][j];
+    ++m_nTravail[TravailN::COTE_EXPO];
 }
 
 void CTemperatureGenerale::Etiq440(int i, int j)
 {
-    m_dTravailB[B_SOMME_COTE_NONEXPO] += m_T2[i][j];
-    ++m_nTravail[N_COTE_NONEXPO];
+    m_dTravailB[TravailB::SOMME_COTE_NONEXPO] += m_T2[i][j];
+    ++m_nTravail[TravailN::COTE_NONEXPO];
 }

@@ -48,7 +48,8 @@ int CTemperatureGenerale::CalculTemperatureEC2(int nMateriaux, double dDuree, do
     const double hc = ConvectionEC2(courbe.Convection());
     const double pasCavite =
         cavite ? deltaMin * CapaciteAirEC2() / (4.0 * hc) : std::numeric_limits<double>::infinity();
-    LoisEC2 lois(nMateriaux, m_dTravailA[9], dTeneurEau, courbe, eGranulat, bConductiviteGranulat, pasCavite);
+    LoisEC2 lois(nMateriaux, m_dTravailA[TravailA::RHO], dTeneurEau, courbe, eGranulat, bConductiviteGranulat,
+                 pasCavite);
 
     double dt = lois.LimiteStabilite(0, 20.0, deltaMin);
     // Extra materials have no capacity: their limit (0, or 0/0) takes over, as it always did.
@@ -63,14 +64,14 @@ int CTemperatureGenerale::CalculTemperatureEC2(int nMateriaux, double dDuree, do
     if (dPasImpose != 0.0)
         dt = dPasImpose;
 
-    m_dTravailA[4] = 20.0;
-    m_dTravailB[0] = 20.0;
-    m_dTravailB[14] = 20.0;
+    m_dTravailA[TravailA::MOY_EXPO] = 20.0;
+    m_dTravailB[TravailB::MOY_NONEXPO] = 20.0;
+    m_dTravailB[TravailB::MAX_SURFACE] = 20.0;
     const ResultatGrille r = CalculerSurGrille(*this, lois, delta, dDuree, dt);
-    m_dTravailB[4] = r.stats.dt;
-    m_dTravailA[4] = r.faces.moyenneExposee;
-    m_dTravailB[0] = r.faces.moyenneNonExposee;
-    m_dTravailB[3] = ConductiviteEC2(0, r.faces.moyenneExposee, eGranulat, bConductiviteGranulat);
-    m_dTravailB[14] = r.faces.maxNonExposee;
+    m_dTravailB[TravailB::DT] = r.stats.dt;
+    m_dTravailA[TravailA::MOY_EXPO] = r.faces.moyenneExposee;
+    m_dTravailB[TravailB::MOY_NONEXPO] = r.faces.moyenneNonExposee;
+    m_dTravailB[TravailB::LAMBDA] = ConductiviteEC2(0, r.faces.moyenneExposee, eGranulat, bConductiviteGranulat);
+    m_dTravailB[TravailB::MAX_SURFACE] = r.faces.maxNonExposee;
     return r.stats.horsBornes ? -2 : 0;
 }

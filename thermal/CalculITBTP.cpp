@@ -31,7 +31,9 @@ void CTemperatureGenerale::CalculTemperatureITBTP(int nMateriaux, int nTable, do
     (void)nTable;
     const int n = std::min(std::max(nMateriaux, 0), kMateriauxCodables - 1);
     std::vector<ProprietesMateriauFlamme> mat((std::size_t)n + 1);
-    mat[0] = {{m_dTravailA[9], 56.0, 0.0}, {m_dTravailA[10], 0.0, 0.0}, {m_dTravailA[7], 0.15, 0.006}};
+    mat[0] = {{m_dTravailA[TravailA::RHO], 56.0, 0.0},
+              {m_dTravailA[TravailA::C], 0.0, 0.0},
+              {m_dTravailA[TravailA::LAMBDA], 0.15, 0.006}};
     for (int m = 1; m <= n; ++m)
         mat[(std::size_t)m] = {{2400.0, 56.0, 0.0}, {0.22, 0.0, 0.0}, {1.4, 0.15, 0.006}};
 
@@ -44,9 +46,9 @@ void CTemperatureGenerale::CalculTemperatureITBTP(int nMateriaux, int nTable, do
     else
         dt = delx * delx * mat[0].masseVolumique.p0 * mat[0].chaleurSpecifique.p0 / (4.0 * mat[0].conductivite.p0);
 
-    m_dTravailA[4] = 15.0;
+    m_dTravailA[TravailA::MOY_EXPO] = 15.0;
     const LoisFlamme lois(LoisFlamme::ITBTP, std::move(mat));
     const ResultatGrille r = CalculerSurGrille(*this, lois, delx, dDuree, dt);
-    m_dTravailB[4] = dt;
-    m_dTravailA[4] = r.faces.moyenneExposee;
+    m_dTravailB[TravailB::DT] = dt;
+    m_dTravailA[TravailA::MOY_EXPO] = r.faces.moyenneExposee;
 }

@@ -17,7 +17,9 @@ void CTemperatureGenerale::CalculTemperatureZOLT(int nMateriaux, double dDuree, 
 {
     const int n = std::min(std::max(nMateriaux, 0), kMateriauxCodables - 1);
     std::vector<ProprietesMateriauFlamme> mat((std::size_t)n + 1);
-    mat[0] = {{m_dTravailA[9], 56.0, 0.0}, {m_dTravailA[10], 0.0, 0.0}, {m_dTravailA[7], 0.15, 0.006}};
+    mat[0] = {{m_dTravailA[TravailA::RHO], 56.0, 0.0},
+              {m_dTravailA[TravailA::C], 0.0, 0.0},
+              {m_dTravailA[TravailA::LAMBDA], 0.15, 0.006}};
 
     const double delx = GetDELX();
     double deltaMin = 1000.0;
@@ -35,9 +37,9 @@ void CTemperatureGenerale::CalculTemperatureZOLT(int nMateriaux, double dDuree, 
     if (dPasImpose != 0.0)
         dt = dPasImpose;
 
-    m_dTravailA[4] = 15.0;
+    m_dTravailA[TravailA::MOY_EXPO] = 15.0;
     const LoisFlamme lois(LoisFlamme::ZOLT, std::move(mat));
     const ResultatGrille r = CalculerSurGrille(*this, lois, delx, dDuree, dt);
-    m_dTravailB[4] = dt;
-    m_dTravailA[4] = r.faces.moyenneExposee;
+    m_dTravailB[TravailB::DT] = dt;
+    m_dTravailA[TravailA::MOY_EXPO] = r.faces.moyenneExposee;
 }

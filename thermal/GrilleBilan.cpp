@@ -28,8 +28,8 @@ ResultatGrille CalculerSurGrille(CTemperatureGenerale& t, const LoisThermiques& 
 {
     const int nl = (int)t.m_Masque.GetSize();
     const int nc = nl > 0 ? (int)t.m_Masque[0].GetSize() : 0;
-    t.m_nTravail[6] = nl;
-    t.m_nTravail[7] = nc;
+    t.m_nTravail[TravailN::NB_LIGNES] = nl;
+    t.m_nTravail[TravailN::NB_COLONNES] = nc;
     std::vector<double> masque((std::size_t)nl * (std::size_t)nc);
     for (int i = 0; i < nl; ++i)
     {

@@ -11,7 +11,10 @@
 namespace
 {
 constexpr double kAmbiant = 20.0;
-constexpr double kResistanceNonExposee = 0.12917777777777778; // 1/(9/1.1626)
+// Film resistance of the unexposed face, 1/hu with hu = 9 W/(m2 K). The suite's programs
+// hold it as the decimal below; the quotient rounds to the very same double.
+constexpr double kResistanceNonExposee = 1.0 / CoefficientNonExposeEC2();
+static_assert(kResistanceNonExposee == 0.12917777777777778, "the unexposed resistance must keep its value");
 constexpr int kMateriauxCodables = 9; // a units digit names at most nine materials
 } // namespace
 

@@ -7,10 +7,10 @@
 //   unexposed-face resistance. Its conductance stays below 4 hc delta, so the cavity step
 //   keeps it stable whatever the radiation;
 // - face results (see BilanThermique.h): the mean exposed-face temperature goes to
-//   m_dTravailA[4]; the second mean is the mean unexposed-face temperature
-//   (m_dTravailB[0]); the conductivity of concrete is taken at the mean exposed-face
-//   temperature (m_dTravailB[3]); the largest unexposed-face temperature ever reached
-//   goes to m_dTravailB[14]. All four start at 20.0.
+//   m_dTravailA[TravailA::MOY_EXPO]; the second mean is the mean unexposed-face temperature
+//   (m_dTravailB[TravailB::MOY_NONEXPO]); the conductivity of concrete is taken at the mean exposed-face
+//   temperature (m_dTravailB[TravailB::LAMBDA]); the largest unexposed-face temperature ever reached
+//   goes to m_dTravailB[TravailB::MAX_SURFACE]. All four start at 20.0.
 // - a step that is zero or not a number (extra materials have no capacity) cannot
 //   advance the fire: the field then stays at 20 degrees instead of looping forever;
 // - the restarts watch air cells too, with their limit C / G (see BilanThermique.h): it

@@ -25,6 +25,7 @@
 //    array, or more than MAILLES_MAX cells raise the invalid-argument exception
 //    before the object changes.
 #include "thermal/CTemperatureGenerale.h"
+#include "thermal/MaillageInterne.h"
 
 #include "geometry/Routines.h"
 
@@ -32,97 +33,11 @@
 #include <cmath>
 #include <vector>
 
+using namespace prefa_maillage;
+
 namespace
 {
 const double MAILLES_MAX = 1e7; // cells of one grid, beyond any real section
-
-// Codes of the probe, before conversion.
-const double CODE_BETON = 11.0;
-const double CODE_CAVITE = 0.0;
-const double CODE_DEHORS = 1.0;
-const double CODE_NON_EXPOSE = 2.0;
-
-// Cell side derived from the section's sides, when the caller gives none.
-double PasDesCotes(CPolygone& section)
-{
-    std::vector<double> longueurs;
-    const INT_PTR n = section.GetCount();
-    for (INT_PTR k = 0; k < n; ++k)
-    {
-        const CPointD a = section.GetPointAt((int)k);
-        const CPointD b = section.GetPointAt((int)((k + 1) % n));
-        const double l = a.distance_p(b);
-        if (std::none_of(longueurs.begin(), longueurs.end(),
-                         [l](double m) { return std::fabs(m - l) <= 1e-10; }))
-            longueurs.push_back(l);
-    }
-    std::sort(longueurs.begin(), longueurs.end(), std::greater<double>());
-    const double etendue = std::min(section.g_Xmax() - section.g_Xmin(), section.g_Ymax() - section.g_Ymin());
-    static const double candidats[] = {0.05, 0.04, 0.025, 0.02, 0.01, 0.005, 0.0025, 0.002, 0.001};
-    auto divise = [](double l, double s) { return std::fabs(l / s - std::round(l / s)) < 1e-6; };
-    for (double s : candidats)
-    {
-        if (s * 10 > etendue + 1e-12)
-            continue;
-        bool ok = true;
-        for (std::size_t k = 0; k < longueurs.size() && k < 2; ++k)
-            ok = ok && divise(longueurs[k], s);
-        if (ok)
-            return s;
-    }
-    return std::min(0.01, etendue / 10);
-}
-
-// The code of the cell whose centre is p (section coordinates).
-double CodeCellule(const CPointD& p, CPolygone& section, std::vector<CPolygone*>& cavites,
-                   std::vector<CPolygone*>& materiaux, std::vector<CPolygone*>& zonesHumides)
-{
-    double code = -1.0;
-    if (section.AppartientAPolygone(p) != -1)
-        code = CODE_BETON;
-    for (CPolygone* c : cavites)
-        if (c->AppartientAPolygone(p) == 0)
-            code = CODE_CAVITE;
-    for (std::size_t k = 0; k < materiaux.size(); ++k)
-        if (materiaux[k]->AppartientAPolygone(p) == 0)
-            code = 12.0 + (double)k;
-    for (std::size_t k = 0; k < zonesHumides.size(); ++k)
-        if (zonesHumides[k]->AppartientAPolygone(p) == 0)
-            code += 10.0 * (double)(k + 1);
-    if (code == -1.0)
-        code = CODE_DEHORS;
-    return code;
-}
-
-// Outside cells above the topmost non-outside cell of their column face away from the
-// fire. Rows are top first.
-void MarqueNonExpose(std::vector<std::vector<double>>& codes)
-{
-    if (codes.empty())
-        return;
-    for (std::size_t j = 0; j < codes[0].size(); ++j)
-    {
-        std::size_t haut = 0;
-        while (haut < codes.size() && codes[haut][j] == CODE_DEHORS)
-            ++haut;
-        if (haut == codes.size())
-            continue; // nothing of the section in this column
-        for (std::size_t i = 0; i < haut; ++i)
-            codes[i][j] = CODE_NON_EXPOSE;
-    }
-}
-
-// The final code of a probed cell.
-double Convertit(double code, double codeNonExpose)
-{
-    if (code == CODE_DEHORS)
-        return -1.0;
-    if (code == CODE_NON_EXPOSE)
-        return codeNonExpose;
-    if (code == CODE_CAVITE)
-        return -3.0;
-    return code;
-}
 
 CTemperatureGenerale::CLigne Ligne(const std::vector<double>& v)
 {
@@ -143,13 +58,14 @@ double CTemperatureGenerale::InitTableDonnees(CPolygone& section, double duree, 
     (void)reserve;
     if (nMateriaux > materiaux.GetSize() || nZonesHumides > zonesHumides.GetSize())
         AfxThrowInvalidArgException();
-    std::vector<CPolygone*> lesCavites, lesMateriaux, lesZones;
+    Zones zones;
+    zones.section = &section;
     for (POSITION pos = cavites.GetHeadPosition(); pos;)
-        lesCavites.push_back(cavites.GetNext(pos));
+        zones.cavites.push_back(cavites.GetNext(pos));
     for (int k = 0; k < nMateriaux; ++k)
-        lesMateriaux.push_back(&materiaux[k]);
+        zones.materiaux.push_back(&materiaux[k]);
     for (int k = 0; k < nZonesHumides; ++k)
-        lesZones.push_back(&zonesHumides[k]);
+        zones.zonesHumides.push_back(&zonesHumides[k]);
 
     // Extents (refreshed by the polygon when stale), step, rows and columns.
     const double xmin = section.g_Xmin(), xmax = section.g_Xmax();
@@ -189,8 +105,7 @@ double CTemperatureGenerale::InitTableDonnees(CPolygone& section, double duree, 
         for (int j = 0; j < n; ++j)
         {
             const double x = dtu ? (n - 1 - j) * D + D / 2 : largeur / 2 + n * D / 2 - (j + 0.5) * D;
-            codes[(std::size_t)i][(std::size_t)j] =
-                CodeCellule(CPointD(x + xmin, y + ymin), section, lesCavites, lesMateriaux, lesZones);
+            codes[(std::size_t)i][(std::size_t)j] = CodeCellule(CPointD(x + xmin, y + ymin), zones);
         }
     }
     if (pleineLargeur && option != 1)
@@ -241,54 +156,7 @@ double CTemperatureGenerale::InitTableDonnees(CPolygone& section, double duree, 
         m_dXOrigine = n * D * 100 * 0.5; // the factor 100 is kept on purpose
     }
 
-    const int nLignes = (int)m_T1.GetSize();
-    const int nColonnes = (int)m_T1[0].GetSize();
-    m_nTravail[6] = nLignes;
-    m_nTravail[7] = nColonnes;
     m_TabTemps.Add(duree);
-    if (dtu)
-    {
-        m_nTravail[9] = 1;
-        m_nTravail[10] = nLignes;
-        m_nTravail[11] = 1;
-        m_nTravail[12] = nColonnes;
-        m_nTravail[13] = 1;
-        m_NumLigne.Add(1);
-        m_ColDebut.Add(0);
-        m_ColFin.Add(0);
-        for (int r = 2; r <= nLignes - 1; ++r)
-        {
-            // First section column (1-based): one past the first outside value met
-            // scanning from the right.
-            const CLigne& ligne = m_T1[r - 1];
-            int debut = 2;
-            for (int j = nColonnes - 1; j >= 0; --j)
-                if (ligne[j] != 0.0)
-                {
-                    debut = j + 2;
-                    break;
-                }
-            m_NumLigne.Add(r);
-            m_ColDebut.Add(debut);
-            m_ColFin.Add(nColonnes - 1);
-        }
-        m_NumLigne.Add(nLignes - 1);
-        m_ColDebut.Add(0);
-        m_ColFin.Add(0);
-        for (int c = 2; c <= nColonnes - 1; ++c)
-        {
-            m_NumColonne.Add(c);
-            m_LigneDebut.Add(1);
-        }
-    }
-    else
-    {
-        m_nTravail[13] = 1;
-    }
-
-    m_dTravailA[7] = 1.4;    // conductivity, kcal/(h m C)
-    m_dTravailA[8] = 0.85;   // fire-curve factor
-    m_dTravailA[9] = 2400.0; // density, kg/m3
-    m_dTravailA[10] = 0.22;  // specific heat, kcal/(kg C)
+    RemplitListesEtTravail(*this, dtu);
     return D;
 }

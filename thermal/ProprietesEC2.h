@@ -63,7 +63,7 @@ inline double ChaleurSpecifiqueEC2(int materiau, double theta)
 inline double CapaciteAirEC2() { return 1130.0 / prefa_ec2::kDiviseurJoule; }
 
 // Coefficient of the unexposed face towards the air, kcal/(h m2 C).
-inline double CoefficientNonExposeEC2() { return 9.0 / prefa_ec2::kDiviseurWatt; }
+constexpr double CoefficientNonExposeEC2() { return 9.0 / prefa_ec2::kDiviseurWatt; }
 
 // A convection coefficient in W/(m2 K) in kcal/(h m2 C).
 inline double ConvectionEC2(double wattsParM2K) { return wattsParM2K / prefa_ec2::kDiviseurWatt; }

@@ -111,8 +111,8 @@ int main(int argc, char** argv)
     {
         CTemperatureGenerale t;
         t.m_TypeCalcul = type;
-        t.m_nTravail[6] = 4;
-        t.m_nTravail[7] = 3;
+        t.m_nTravail[TravailN::NB_LIGNES] = 4;
+        t.m_nTravail[TravailN::NB_COLONNES] = 3;
         t.SetDELX(0.01);
         t.m_PtTranslation = CPointD(0.1, 0.2);
         for (int i = 0; i < 4; ++i)

@@ -26,9 +26,9 @@ void Dalle(CTemperatureGenerale& t, int n, int largeur, double dessus, double pa
             t.m_Masque[i][j] = i == 0 ? dessus : i == n + 1 ? -1.0 : 11.0;
     }
     t.SetDELX(pas);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
+    t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
+    t.m_dTravailA[TravailA::C] = 0.22;
 }
 
 // The Eurocode 2 equations on one column, cell 0 next to the fire.
@@ -112,7 +112,7 @@ TEST(BilanThermique, SlabAgreesWithOneDimensionalEurocode2Solution)
         Dalle(t, n, largeur, nonExpose ? -2.0 : -1.0, 0.01);
         ASSERT_EQ(t.CalculTemperatureEC2(0, 1.5, 0.0, 0.0, CTemperatureGenerale::MONTEE_NORMALE, GRANULAT_SILICEUX, 0),
                   0);
-        const double dt = t.m_dTravailB[4];
+        const double dt = t.m_dTravailB[TravailB::DT];
         EXPECT_EQ(DernieresStatistiquesBilan().redemarrages, 0);
         const std::vector<double> ref = ReferenceEC2(n, 0.01, 1.5, dt, nonExpose);
         for (int i = 0; i < n; ++i)
@@ -132,7 +132,7 @@ TEST(BilanThermique, SlabAgreesWithOneDimensionalITBTPSolution)
     const int n = 20, largeur = 5;
     Dalle(t, n, largeur, -2.0, 0.01);
     t.CalculTemperatureITBTP(0, 0, 1.0, 0.0);
-    const double dt = t.m_dTravailB[4];
+    const double dt = t.m_dTravailB[TravailB::DT];
     EXPECT_DOUBLE_EQ(dt, 0.01 * 0.01 * 2400.0 * 0.22 / (4 * 1.4));
     const std::vector<double> ref = ReferenceITBTP(n, 0.01, 1.0, dt);
     for (int i = 0; i < n; ++i)
@@ -246,9 +246,9 @@ void PoutreMixte(CTemperatureGenerale& t)
         }
     }
     t.SetDELX(0.01);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
+    t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
+    t.m_dTravailA[TravailA::C] = 0.22;
 }
 
 bool MemesOctets(const CTemperatureGenerale& a, const CTemperatureGenerale& b)
@@ -285,8 +285,8 @@ TEST(BilanThermique, SameFieldBitForBitWithOneTwoAndThreeThreads)
             else
             {
                 EXPECT_TRUE(MemesOctets(ref, t)) << "method " << methode << ", " << threads << " threads";
-                EXPECT_EQ(ref.m_dTravailA[4], t.m_dTravailA[4]);
-                EXPECT_EQ(ref.m_dTravailB[14], t.m_dTravailB[14]);
+                EXPECT_EQ(ref.m_dTravailA[TravailA::MOY_EXPO], t.m_dTravailA[TravailA::MOY_EXPO]);
+                EXPECT_EQ(ref.m_dTravailB[TravailB::MAX_SURFACE], t.m_dTravailB[TravailB::MAX_SURFACE]);
             }
         }
         EXPECT_GT(ref.GetT1(29, 18), 100.0) << "method " << methode;
@@ -317,7 +317,7 @@ TEST(BilanThermique, ProgressIsReportedAndCanStopTheRun)
     // Ten steps run without a callback give the same field.
     CTemperatureGenerale u;
     PoutreMixte(u);
-    u.CalculTemperatureITBTP(0, 0, 10.5 * t.m_dTravailB[4], 0.0);
+    u.CalculTemperatureITBTP(0, 0, 10.5 * t.m_dTravailB[TravailB::DT], 0.0);
     EXPECT_TRUE(MemesOctets(t, u));
     DefinirNombreThreadsThermique(0);
 }

@@ -35,8 +35,8 @@ CTemperatureGenerale Champ(int lignes, int colonnes, CTemperatureGenerale::TYPE_
         t.m_T2.Add(l);
         t.m_Masque.Add(m);
     }
-    t.m_nTravail[6] = lignes;
-    t.m_nTravail[7] = colonnes;
+    t.m_nTravail[TravailN::NB_LIGNES] = lignes;
+    t.m_nTravail[TravailN::NB_COLONNES] = colonnes;
     t.SetDELX(0.01);
     return t;
 }
@@ -100,9 +100,9 @@ TEST(CTemperatureGenerale, CopyLeavesTheTranslationBehindAndComparesExactly)
     t.m_PtTranslation = CPointD(0.25, 0.10);
     t.m_TabTemps.Add(2.0);
     t.m_NumLigne.Add(4);
-    t.m_dTravailA[10] = 0.22;
-    t.m_nTravail[13] = 1;
-    t.m_dTravailB[17] = 7.5;
+    t.m_dTravailA[TravailA::C] = 0.22;
+    t.m_nTravail[TravailN::COMPTE] = 1;
+    t.m_dTravailB[TravailB::MIN_DIAG] = 7.5;
     t.m_dXOrigine = 15.0;
     t.m_nNbMaillesEnrobage = 3;
 
@@ -131,10 +131,10 @@ TEST(CTemperatureGenerale, CopyLeavesTheTranslationBehindAndComparesExactly)
     autre.m_T2[1].Add(0.0);
     EXPECT_EQ(0, autre == t);
     autre = t;
-    autre.m_dTravailB[17] = 7.5000001;
+    autre.m_dTravailB[TravailB::MIN_DIAG] = 7.5000001;
     EXPECT_EQ(0, autre == t);
     autre = t;
-    autre.m_nTravail[13] = 2;
+    autre.m_nTravail[TravailN::COMPTE] = 2;
     EXPECT_EQ(0, autre == t);
     autre = t;
     autre.m_dXOrigine = 15.5;
@@ -143,18 +143,41 @@ TEST(CTemperatureGenerale, CopyLeavesTheTranslationBehindAndComparesExactly)
     autre.m_LigneDebut.Add(1);
     EXPECT_EQ(0, autre == t);
     autre = t;
-    autre.m_dTravailA[0] = std::nan("");
+    autre.m_dTravailA[TravailA::T140] = std::nan("");
     EXPECT_EQ(0, autre == autre) << "a NaN makes even a field differ from itself";
 
     // The reset keeps the two values callers set apart.
     t.RAZListesEtDonnees();
     EXPECT_EQ(0, t.m_T1.GetSize());
     EXPECT_EQ(0, t.m_TabTemps.GetSize());
-    EXPECT_EQ(0.0, t.m_dTravailB[17]);
+    EXPECT_EQ(0.0, t.m_dTravailB[TravailB::MIN_DIAG]);
     EXPECT_EQ(0.0, t.GetPtTranslation().x);
     EXPECT_EQ(CTemperatureGenerale::DTU, t.GetTypeCalcul());
     EXPECT_EQ(15.0, t.m_dXOrigine);
     EXPECT_EQ(3, t.m_nNbMaillesEnrobage);
+}
+
+// The working blocks are shared with the suite's programs slot by slot: a slot renamed to
+// another place would pass every calculation and break every caller. Places as the suite
+// documents them, counted from 1.
+TEST(CTemperatureGenerale, WorkSlotsStayWhereTheSuiteKeepsThem)
+{
+    EXPECT_EQ(1, TravailA::T140 + 1);
+    EXPECT_EQ(2, TravailA::T180 + 1);
+    EXPECT_EQ(5, TravailA::MOY_EXPO + 1);
+    EXPECT_EQ(8, TravailA::LAMBDA + 1);
+    EXPECT_EQ(10, TravailA::RHO + 1);
+    EXPECT_EQ(11, TravailA::C + 1);
+    EXPECT_EQ(7, TravailN::NB_LIGNES + 1);
+    EXPECT_EQ(8, TravailN::NB_COLONNES + 1);
+    EXPECT_EQ(14, TravailN::COMPTE + 1);
+    EXPECT_EQ(4, TravailB::LAMBDA + 1);
+    EXPECT_EQ(5, TravailB::DT + 1);
+    EXPECT_EQ(6, TravailB::DELX + 1);
+    EXPECT_EQ(15, TravailB::MAX_SURFACE + 1);
+    EXPECT_EQ(11 * sizeof(double), sizeof(CTemperatureGenerale::m_dTravailA));
+    EXPECT_EQ(14 * sizeof(int), sizeof(CTemperatureGenerale::m_nTravail));
+    EXPECT_EQ(18 * sizeof(double), sizeof(CTemperatureGenerale::m_dTravailB));
 }
 
 TEST(CTemperatureGenerale, ArchiveFormIsByteExact)

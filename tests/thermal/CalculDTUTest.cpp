@@ -65,47 +65,48 @@ TEST(CalculDTU, SlabHeatedFromBelow)
         }
     }
     EXPECT_GT(t.GetT1(1, 1), 0.0) << champ;
-    const double feu = t.m_dTravailA[6];
-    EXPECT_NEAR(345 * std::log10(8 * t.m_dTravailB[4] + 1), feu, 1e-9);
+    const double feu = t.m_dTravailA[TravailA::FEU];
+    EXPECT_NEAR(345 * std::log10(8 * t.m_dTravailB[TravailB::DT] + 1), feu, 1e-9);
     EXPECT_LT(t.GetT1(20, 1), feu) << champ;
     EXPECT_GT(t.GetT1(20, 1), 0.7 * feu) << "the exposed face follows the fire\n" << champ;
     EXPECT_EQ(-2.0, t.GetT1(0, 3));
     EXPECT_EQ(-1.0, t.GetT1(21, 3));
 
     // The run stops at the first step at or past 120 minutes.
-    EXPECT_GE(t.m_dTravailB[4], 120.0);
-    EXPECT_LT(t.m_dTravailB[4] - PAS_1CM, 120.0);
+    EXPECT_GE(t.m_dTravailB[TravailB::DT], 120.0);
+    EXPECT_LT(t.m_dTravailB[TravailB::DT] - PAS_1CM, 120.0);
     // The means are those of the face rows over the last two steps (the side sums
     // come from the end of the step before); the nodes count the 20 x 6 slab.
-    EXPECT_LT(t.m_dTravailA[4], t.GetT1(20, 1));
-    EXPECT_GT(t.m_dTravailA[4], t.GetT1(20, 1) - 2.0);
-    EXPECT_LT(t.m_dTravailA[2], t.GetT1(1, 1));
-    EXPECT_GT(t.m_dTravailA[2], t.GetT1(1, 1) - 0.5);
-    EXPECT_EQ(120, t.m_nTravail[1]);
-    EXPECT_EQ(6, t.m_nTravail[2]);
-    EXPECT_EQ(6, t.m_nTravail[3]);
-    EXPECT_EQ(0, t.m_nTravail[0]);
-    EXPECT_EQ(7, t.m_nTravail[8]);
+    EXPECT_LT(t.m_dTravailA[TravailA::MOY_EXPO], t.GetT1(20, 1));
+    EXPECT_GT(t.m_dTravailA[TravailA::MOY_EXPO], t.GetT1(20, 1) - 2.0);
+    EXPECT_LT(t.m_dTravailA[TravailA::MOY_NONEXPO], t.GetT1(1, 1));
+    EXPECT_GT(t.m_dTravailA[TravailA::MOY_NONEXPO], t.GetT1(1, 1) - 0.5);
+    EXPECT_EQ(120, t.m_nTravail[TravailN::NOEUDS]);
+    EXPECT_EQ(6, t.m_nTravail[TravailN::FACE_EXPO]);
+    EXPECT_EQ(6, t.m_nTravail[TravailN::FACE_NONEXPO]);
+    EXPECT_EQ(0, t.m_nTravail[TravailN::SAUTES]);
+    EXPECT_EQ(7, t.m_nTravail[TravailN::DERNIERE_COL]);
     // A 20 cm slab keeps its unexposed face well under both limits for 2 h.
-    EXPECT_EQ(1300.0, t.m_dTravailA[0]);
-    EXPECT_EQ(1300.0, t.m_dTravailA[1]);
-    EXPECT_LT(t.m_dTravailB[14], 180.0);
+    EXPECT_EQ(1300.0, t.m_dTravailA[TravailA::T140]);
+    EXPECT_EQ(1300.0, t.m_dTravailA[TravailA::T180]);
+    EXPECT_LT(t.m_dTravailB[TravailB::MAX_SURFACE], 180.0);
     ASSERT_EQ(nl, t.m_T2.GetSize());
 
     // A thin slab reaches both criteria, 140 on the mean and 180 on the hottest point,
     // and records the first crossing only.
     CTemperatureGenerale mince = Dalle(0.04, 0.06, 2.0);
     mince.CalculTemperatureDTU();
-    const double t140 = mince.m_dTravailA[0], t180 = mince.m_dTravailA[1];
+    const double t140 = mince.m_dTravailA[TravailA::T140], t180 = mince.m_dTravailA[TravailA::T180];
     EXPECT_GT(t140, 0.0) << Champ(mince);
     EXPECT_LT(t140, 120.0) << Champ(mince);
     EXPECT_LT(t180, 120.0);
-    EXPECT_GE(mince.m_dTravailA[3], 140.0);
-    EXPECT_LT(mince.m_dTravailA[3], 150.0) << "the mean recorded at the crossing";
-    EXPECT_GE(mince.m_dTravailB[15], 180.0);
-    EXPECT_LT(mince.m_dTravailB[15], 190.0);
+    EXPECT_GE(mince.m_dTravailA[TravailA::MOY_140], 140.0);
+    EXPECT_LT(mince.m_dTravailA[TravailA::MOY_140], 150.0) << "the mean recorded at the crossing";
+    EXPECT_GE(mince.m_dTravailB[TravailB::MAX_180], 180.0);
+    EXPECT_LT(mince.m_dTravailB[TravailB::MAX_180], 190.0);
     EXPECT_NEAR(std::round(t140 / PAS_1CM), t140 / PAS_1CM, 1e-6) << "criteria fall on steps";
-    EXPECT_GT(mince.m_dTravailA[2], mince.m_dTravailA[3]) << "the mean went on rising";
+    EXPECT_GT(mince.m_dTravailA[TravailA::MOY_NONEXPO], mince.m_dTravailA[TravailA::MOY_140])
+        << "the mean went on rising";
 }
 
 TEST(CalculDTU, TargetsStopsAndSpecialGrids)
@@ -114,12 +115,12 @@ TEST(CalculDTU, TargetsStopsAndSpecialGrids)
     CTemperatureGenerale t = Dalle(0.04, 0.10, 0.5);
     t.CalculTemperatureDTU();
     const double pas = PAS_1CM;
-    EXPECT_NEAR(std::ceil(30.0 / pas) * pas, t.m_dTravailB[4], 1e-9);
+    EXPECT_NEAR(std::ceil(30.0 / pas) * pas, t.m_dTravailB[TravailB::DT], 1e-9);
 
     // Running again continues from the field but restarts the clock.
     const double avant = t.GetT1(5, 1);
     t.CalculTemperatureDTU();
-    EXPECT_NEAR(std::ceil(30.0 / pas) * pas, t.m_dTravailB[4], 1e-9);
+    EXPECT_NEAR(std::ceil(30.0 / pas) * pas, t.m_dTravailB[TravailB::DT], 1e-9);
     EXPECT_GT(t.GetT1(5, 1), avant);
 
     // The progress callback sees fractions up to 1 and can stop the run.
@@ -133,7 +134,7 @@ TEST(CalculDTU, TargetsStopsAndSpecialGrids)
     };
     p.CalculTemperatureDTU();
     EXPECT_EQ(10, appels);
-    EXPECT_NEAR(10 * pas, p.m_dTravailB[4], 1e-9);
+    EXPECT_NEAR(10 * pas, p.m_dTravailB[TravailB::DT], 1e-9);
     EXPECT_NEAR(10 * pas / 60.0, derniere, 1e-9);
 
     // With the top open to the fire too, no unexposed side: its mean stays 0, no 140.
@@ -141,10 +142,10 @@ TEST(CalculDTU, TargetsStopsAndSpecialGrids)
     for (int j = 0; j < f.GetNbColonnes(); ++j)
         f.m_T1[0][j] = -1.0;
     f.CalculTemperatureDTU();
-    EXPECT_EQ(0.0, f.m_dTravailA[2]);
-    EXPECT_EQ(1300.0, f.m_dTravailA[0]);
-    EXPECT_EQ(1300.0, f.m_dTravailA[1]) << "no unexposed face node";
-    EXPECT_EQ(0, f.m_nTravail[3]);
+    EXPECT_EQ(0.0, f.m_dTravailA[TravailA::MOY_NONEXPO]);
+    EXPECT_EQ(1300.0, f.m_dTravailA[TravailA::T140]);
+    EXPECT_EQ(1300.0, f.m_dTravailA[TravailA::T180]) << "no unexposed face node";
+    EXPECT_EQ(0, f.m_nTravail[TravailN::FACE_NONEXPO]);
     EXPECT_NEAR(f.GetT1(1, 1), f.GetT1(6, 1), 1e-9) << "heated from both faces alike\n" << Champ(f);
 
     // A section node in the first row has nothing above it: refused, nothing changed.
@@ -159,27 +160,27 @@ TEST(CalculDTU, NodeOperations)
 {
     CTemperatureGenerale t = Dalle(0.04, 0.06, 1.0);
     const double D = 0.01;
-    t.m_dTravailB[3] = 1.4;
-    t.m_dTravailA[5] = 20.0; // h
-    t.m_dTravailA[6] = 800.0; // fire rise
-    t.m_dTravailB[6] = 100.0;
-    t.m_dTravailB[7] = 120.0;
-    t.m_dTravailB[1] = -1.0;
+    t.m_dTravailB[TravailB::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::H] = 20.0; // h
+    t.m_dTravailA[TravailA::FEU] = 800.0; // fire rise
+    t.m_dTravailB[TravailB::A] = 100.0;
+    t.m_dTravailB[TravailB::B] = 120.0;
+    t.m_dTravailB[TravailB::P] = -1.0;
     t.Calcul141(6, 2);
     const double R = 1.4 / 20.0;
     EXPECT_NEAR(((220.0) * (R - D / 2) + 2 * 800.0 * D) * 0.5 / (D / 2 + R), t.GetT1(6, 2), 1e-12);
-    EXPECT_EQ(1, t.m_nTravail[2]);
-    EXPECT_NEAR(t.GetT1(6, 2), t.m_dTravailB[10], 1e-12);
+    EXPECT_EQ(1, t.m_nTravail[TravailN::FACE_EXPO]);
+    EXPECT_NEAR(t.GetT1(6, 2), t.m_dTravailB[TravailB::SOMME_EXPO], 1e-12);
 
-    t.m_dTravailB[2] = 5.0; // h'
-    t.m_dTravailB[1] = -2.0;
+    t.m_dTravailB[TravailB::HP] = 5.0; // h'
+    t.m_dTravailB[TravailB::P] = -2.0;
     t.Calcul141(1, 2);
     const double Rp = 1.4 / 5.0;
     const double n = (Rp - D / 2) * 220.0 * 0.5 / (D / 2 + Rp);
     EXPECT_NEAR(n, t.GetT1(1, 2), 1e-12);
-    EXPECT_EQ(1, t.m_nTravail[3]);
-    EXPECT_NEAR((110.0 + n) / 2, t.m_dTravailB[14], 1e-12);
-    EXPECT_NEAR(t.GetT1(6, 2) + n, t.m_dTravailB[8], 1e-12);
+    EXPECT_EQ(1, t.m_nTravail[TravailN::FACE_NONEXPO]);
+    EXPECT_NEAR((110.0 + n) / 2, t.m_dTravailB[TravailB::MAX_SURFACE], 1e-12);
+    EXPECT_NEAR(t.GetT1(6, 2) + n, t.m_dTravailB[TravailB::SOMME_FACES], 1e-12);
 
     // Interior sweep: the average of the four sides for nodes deep inside.
     CTemperatureGenerale u = Dalle(0.04, 0.06, 1.0);
@@ -189,9 +190,10 @@ TEST(CalculDTU, NodeOperations)
     u.Init56();
     EXPECT_DOUBLE_EQ(0.25 * (22 + 42 + 31 + 33), u.GetT1(3, 2));
     EXPECT_DOUBLE_EQ(12.0, u.GetT1(1, 2)) << "face nodes are not averaged";
-    EXPECT_DOUBLE_EQ((11 + 12 + 13 + 14) / 1.0, u.m_dTravailB[12]) << "the unexposed face row";
-    EXPECT_EQ(4, u.m_nTravail[5]);
-    EXPECT_EQ(4, u.m_nTravail[4]);
-    EXPECT_DOUBLE_EQ(61 + 62 + 63 + 64, u.m_dTravailB[13]);
+    EXPECT_DOUBLE_EQ((11 + 12 + 13 + 14) / 1.0, u.m_dTravailB[TravailB::SOMME_COTE_NONEXPO])
+        << "the unexposed face row";
+    EXPECT_EQ(4, u.m_nTravail[TravailN::COTE_NONEXPO]);
+    EXPECT_EQ(4, u.m_nTravail[TravailN::COTE_EXPO]);
+    EXPECT_DOUBLE_EQ(61 + 62 + 63 + 64, u.m_dTravailB[TravailB::SOMME_COTE_EXPO]);
     EXPECT_TRUE(Throws<CInvalidArgException>([&] { u.Calcul200(40, 1); }));
 }

@@ -71,9 +71,9 @@ void Dessiner(CTemperatureGenerale& t, const Forme& f, double pas)
         }
     }
     t.SetDELX(pas);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
+    t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
+    t.m_dTravailA[TravailA::C] = 0.22;
     // Columns are counted towards smaller x in the lookup frame: x_lookup = largeur - x.
     t.m_dXOrigine = f.largeur + f.marge;
 }
@@ -232,9 +232,9 @@ TEST(CavitesOuvertes, AirCellFacesTowardsTheOutsideCarryTheAirResistanceInSeries
         t.m_Masque[0][1] = -3.0;
         t.m_Masque[0][2] = -2.0;
         t.SetDELX(pas);
-        t.m_dTravailA[7] = 1.4;
-        t.m_dTravailA[9] = 2400.0;
-        t.m_dTravailA[10] = 0.22;
+        t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+        t.m_dTravailA[TravailA::RHO] = 2400.0;
+        t.m_dTravailA[TravailA::C] = 0.22;
         // The air step of each method: capacity over four times the air conductance.
         const double d = m >= ITBTP ? pas : (double)(float)pas;
         const double hc = (m == EC2_HYDROCARBURE ? 50.0 : 25.0) / 1.1626;
@@ -242,7 +242,7 @@ TEST(CavitesOuvertes, AirCellFacesTowardsTheOutsideCarryTheAirResistanceInSeries
         const int n = 40;
         Calculer(t, m, (n - 0.5) * dt);
         EXPECT_EQ(DernieresStatistiquesBilan().pas, m == ITBTP ? n - 1 : n);
-        EXPECT_NEAR(t.m_dTravailB[4], dt, 1e-15);
+        EXPECT_NEAR(t.m_dTravailB[TravailB::DT], dt, 1e-15);
         const double attendu = AirEntreGazEtAir(m, d, dt, m == ITBTP ? n - 1 : n);
         EXPECT_NEAR(t.GetT1(0, 1), attendu, 1e-9);
         EXPECT_GT(attendu, Ambiante(m) + 0.5);
@@ -325,7 +325,7 @@ TEST(CavitesOuvertes, AirCellsOnAGridWithoutCavityMarksKeepAStableStep)
     Dessiner(a, BoiteOuverte(), pas);
     Calculer(a, EC2_NORMAL, duree);
     EXPECT_EQ(DernieresStatistiquesBilan().redemarrages, 0);
-    EXPECT_NEAR(a.m_dTravailB[4], pasCavite, 1e-18);
+    EXPECT_NEAR(a.m_dTravailB[TravailB::DT], pasCavite, 1e-18);
     // A second call finds air cells where the marks were, and no cavity limit: the
     // restarts bring the step down to the air cells' own limit.
     b = a;
@@ -333,8 +333,8 @@ TEST(CavitesOuvertes, AirCellsOnAGridWithoutCavityMarksKeepAStableStep)
     const StatistiquesBilan s = DernieresStatistiquesBilan();
     EXPECT_GE(s.redemarrages, 1);
     EXPECT_FALSE(s.horsBornes);
-    EXPECT_LE(b.m_dTravailB[4], pasCavite * (1 + 1e-9));
-    EXPECT_GE(b.m_dTravailB[4], pasCavite * (1 - 1e-9));
+    EXPECT_LE(b.m_dTravailB[TravailB::DT], pasCavite * (1 + 1e-9));
+    EXPECT_GE(b.m_dTravailB[TravailB::DT], pasCavite * (1 - 1e-9));
     for (int i = 0; i < a.m_T1.GetSize(); ++i)
         for (int j = 0; j < a.m_T1[i].GetSize(); ++j)
             EXPECT_NEAR(b.GetT1(i, j), a.GetT1(i, j), 1e-6);
@@ -344,7 +344,7 @@ TEST(CavitesOuvertes, AirCellsOnAGridWithoutCavityMarksKeepAStableStep)
     Dessiner(c, BoiteOuverte(), pas);
     Calculer(c, ITBTP, duree);
     Calculer(b, ITBTP, duree);
-    EXPECT_EQ(b.m_dTravailB[4], pas * 0.27 / 24.0);
+    EXPECT_EQ(b.m_dTravailB[TravailB::DT], pas * 0.27 / 24.0);
     EXPECT_TRUE(b.m_T1 == c.m_T1);
 }
 

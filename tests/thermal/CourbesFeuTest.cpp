@@ -148,7 +148,7 @@ TEST(CourbesFeu, OneStepUnderTheCurvesGasAndConvection)
         t.m_Masque[i][0] = codes[i];
     }
     t.SetDELX(0.01);
-    t.m_dTravailA[9] = 2400.0;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
     ASSERT_EQ(0, t.CalculTemperatureEC2(0, 1e-4, 0.0, 1e-4, GazConstant(800.0, 35.0), GRANULAT_SILICEUX, 0));
     const double d = (double)(float)0.01, T1 = 1073.0, T2 = 293.0;
     const double h = ((T1 * T1 + T2 * T2) * (T1 + T2) * 0.8 * 5.67e-8 + 35.0) / 1.1626;
@@ -212,6 +212,6 @@ TEST(CourbesFeu, Eurocode2UnderACurve)
     Membre(c, 0.20, 0.30, 0.01, CTemperatureGenerale::EC2);
     c.m_Masque[15][15] = -3.0;
     ASSERT_EQ(0, c.CalculTemperatureEC2(0, 0.1, 0.015, 0.0, feu, GRANULAT_SILICEUX, 0));
-    EXPECT_NEAR(c.m_dTravailB[4], (double)(float)0.01 * (1130 / 4185.5) / (4 * 35 / 1.1626), 1e-15);
+    EXPECT_NEAR(c.m_dTravailB[TravailB::DT], (double)(float)0.01 * (1130 / 4185.5) / (4 * 35 / 1.1626), 1e-15);
 }
 } // namespace

@@ -82,7 +82,7 @@ TEST(ExpositionFaces, ABeamUnderASlabIsSymmetricAndCoolestAtItsTop)
     // Ten centimetres from the heated sides the top face is warm; heated, it burns.
     EXPECT_LT(trois.GetT1(haut, milieu), 150.0);
     EXPECT_GT(quatre.GetT1(haut, milieu), 500.0);
-    EXPECT_GT(trois.m_dTravailB[14], 20.0); // the unexposed face's maximum is kept
+    EXPECT_GT(trois.m_dTravailB[TravailB::MAX_SURFACE], 20.0); // the unexposed face's maximum is kept
 }
 
 // One column of a grid's codes, as a grid of its own: with no neighbour beyond the grid's

@@ -76,10 +76,10 @@ TEST(MaillageThermique, RowsAndColumns)
     EXPECT_EQ(CTemperatureGenerale::EC2, t.GetTypeCalcul());
     ASSERT_EQ(1, t.m_TabTemps.GetSize());
     EXPECT_EQ(2.0, t.m_TabTemps[0]);
-    EXPECT_EQ(1.4, t.m_dTravailA[7]);
-    EXPECT_EQ(0.85, t.m_dTravailA[8]);
-    EXPECT_EQ(2400.0, t.m_dTravailA[9]);
-    EXPECT_EQ(0.22, t.m_dTravailA[10]);
+    EXPECT_EQ(1.4, t.m_dTravailA[TravailA::LAMBDA]);
+    EXPECT_EQ(0.85, t.m_dTravailA[TravailA::FACTEUR_FEU]);
+    EXPECT_EQ(2400.0, t.m_dTravailA[TravailA::RHO]);
+    EXPECT_EQ(0.22, t.m_dTravailA[TravailA::C]);
     // Border rows -1, the extra concrete row 11, five gas columns on each side.
     EXPECT_EQ(-1.0, t.m_Masque[0][15]);
     EXPECT_EQ(11.0, t.m_Masque[1][0]);
@@ -210,11 +210,11 @@ TEST(MaillageThermique, DtuIndexLists)
     EXPECT_EQ(2, d.m_NumColonne[0]);
     EXPECT_EQ(nc - 1, d.m_NumColonne[nc - 3]);
     EXPECT_EQ(1, d.m_LigneDebut[4]);
-    EXPECT_EQ(1, d.m_nTravail[9]);
-    EXPECT_EQ(nl, d.m_nTravail[10]);
-    EXPECT_EQ(1, d.m_nTravail[11]);
-    EXPECT_EQ(nc, d.m_nTravail[12]);
-    EXPECT_EQ(1, d.m_nTravail[13]);
+    EXPECT_EQ(1, d.m_nTravail[TravailN::ZONE_LIGNE_DEBUT]);
+    EXPECT_EQ(nl, d.m_nTravail[TravailN::ZONE_LIGNE_FIN]);
+    EXPECT_EQ(1, d.m_nTravail[TravailN::ZONE_COL_DEBUT]);
+    EXPECT_EQ(nc, d.m_nTravail[TravailN::ZONE_COL_FIN]);
+    EXPECT_EQ(1, d.m_nTravail[TravailN::COMPTE]);
 }
 
 // Fill every section node with a function linear in its lookup-frame centre; points in

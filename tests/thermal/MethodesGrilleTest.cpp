@@ -22,9 +22,9 @@ void Poutre(CTemperatureGenerale& t, int b, int h, double pas)
             t.m_Masque[i][j] = (i == 0 || j == 0 || i == h + 1 || j == b + 1) ? -1.0 : 11.0;
     }
     t.SetDELX(pas);
-    t.m_dTravailA[7] = 1.4;
-    t.m_dTravailA[9] = 2400.0;
-    t.m_dTravailA[10] = 0.22;
+    t.m_dTravailA[TravailA::LAMBDA] = 1.4;
+    t.m_dTravailA[TravailA::RHO] = 2400.0;
+    t.m_dTravailA[TravailA::C] = 0.22;
 }
 
 int EC2(CTemperatureGenerale& t, double duree, double pas = 0.0,
@@ -82,19 +82,19 @@ TEST(MethodesGrille, Eurocode2StepsAndSpecialCases)
     EXPECT_EQ(EC2(t, 0.2), 0);
     const double d = (double)(float)0.01;
     const double auto20 = MasseVolumiqueEC2(2400, 20) * ChaleurSpecifiqueEC2(0, 20) * d * d / (4 * ConductiviteEC2(0, 20, 0, 0));
-    EXPECT_NEAR(t.m_dTravailB[4], auto20, 1e-15);
+    EXPECT_NEAR(t.m_dTravailB[TravailB::DT], auto20, 1e-15);
     EXPECT_EQ(t.GetNbLignes(), 10);
     EXPECT_EQ(t.GetNbColonnes(), 8);
-    EXPECT_GT(t.m_dTravailA[4], 20.0);       // mean exposed face
-    EXPECT_EQ(t.m_dTravailB[0], 20.0);       // no unexposed face
-    EXPECT_EQ(t.m_dTravailB[14], 20.0);
-    EXPECT_DOUBLE_EQ(t.m_dTravailB[3], ConductiviteEC2(0, t.m_dTravailA[4], 0, 0));
+    EXPECT_GT(t.m_dTravailA[TravailA::MOY_EXPO], 20.0);       // mean exposed face
+    EXPECT_EQ(t.m_dTravailB[TravailB::MOY_NONEXPO], 20.0);       // no unexposed face
+    EXPECT_EQ(t.m_dTravailB[TravailB::MAX_SURFACE], 20.0);
+    EXPECT_DOUBLE_EQ(t.m_dTravailB[TravailB::LAMBDA], ConductiviteEC2(0, t.m_dTravailA[TravailA::MOY_EXPO], 0, 0));
 
     // A step imposed above the stability limit is brought down to it, with a restart.
     CTemperatureGenerale u;
     Poutre(u, 6, 8, 0.01);
     EC2(u, 0.2, 0.05);
-    EXPECT_NEAR(u.m_dTravailB[4], auto20, 1e-15);
+    EXPECT_NEAR(u.m_dTravailB[TravailB::DT], auto20, 1e-15);
     EXPECT_GE(DernieresStatistiquesBilan().redemarrages, 1);
     EXPECT_TRUE(u.m_T1 == t.m_T1);
 
@@ -104,7 +104,7 @@ TEST(MethodesGrille, Eurocode2StepsAndSpecialCases)
     c.m_Masque[4][3] = -3.0;
     EC2(c, 0.05);
     EXPECT_EQ(c.m_Masque[4][3], 0.0);
-    EXPECT_NEAR(c.m_dTravailB[4], d * (1130 / 4185.5) / (4 * 25 / 1.1626), 1e-15);
+    EXPECT_NEAR(c.m_dTravailB[TravailB::DT], d * (1130 / 4185.5) / (4 * 25 / 1.1626), 1e-15);
 
     // Unknown curve: the gas stays at 0 degrees and the beam cools.
     CTemperatureGenerale f;
@@ -156,13 +156,13 @@ TEST(MethodesGrille, UnexposedFaceResultsOfEurocode2)
         t.m_Masque[0][j] = -2.0;
     EC2(t, 1.0);
     // Unexposed faces sit between the top cells and the 20 degree air.
-    EXPECT_GT(t.m_dTravailB[14], 20.0);
-    EXPECT_GE(t.m_dTravailB[14], t.m_dTravailB[0]);
+    EXPECT_GT(t.m_dTravailB[TravailB::MAX_SURFACE], 20.0);
+    EXPECT_GE(t.m_dTravailB[TravailB::MAX_SURFACE], t.m_dTravailB[TravailB::MOY_NONEXPO]);
     double haut = 0.0;
     for (int j = 1; j <= 6; ++j)
         haut = std::max(haut, t.GetT1(1, j));
-    EXPECT_LT(t.m_dTravailB[14], haut);
-    EXPECT_GT(t.m_dTravailA[4], t.GetT1(8, 3)); // the exposed face is hotter than its cell
+    EXPECT_LT(t.m_dTravailB[TravailB::MAX_SURFACE], haut);
+    EXPECT_GT(t.m_dTravailA[TravailA::MOY_EXPO], t.GetT1(8, 3)); // the exposed face is hotter than its cell
 }
 
 TEST(MethodesGrille, ITBTPAndZOLTSteps)
@@ -172,7 +172,7 @@ TEST(MethodesGrille, ITBTPAndZOLTSteps)
     Poutre(a, 6, 8, 0.01);
     a.m_Masque[4][3] = -3.0;
     a.CalculTemperatureITBTP(0, 3, 0.1, 0.0);
-    EXPECT_DOUBLE_EQ(a.m_dTravailB[4], 0.01 * 0.27 / 24.0);
+    EXPECT_DOUBLE_EQ(a.m_dTravailB[TravailB::DT], 0.01 * 0.27 / 24.0);
     EXPECT_EQ(a.m_Masque[4][3], -3.0);
 
     // A duration shorter than one step leaves the initial 15 degrees.
@@ -180,13 +180,13 @@ TEST(MethodesGrille, ITBTPAndZOLTSteps)
     Poutre(b, 6, 8, 0.01);
     b.CalculTemperatureITBTP(0, 0, 1e-4, 0.0);
     EXPECT_EQ(b.GetT1(1, 1), 15.0);
-    EXPECT_EQ(b.m_dTravailA[4], 15.0);
+    EXPECT_EQ(b.m_dTravailA[TravailA::MOY_EXPO], 15.0);
 
     // ZOLT: the air limit always counts; its first step sees no fire.
     CTemperatureGenerale z;
     Poutre(z, 6, 8, 0.01);
     z.CalculTemperatureZOLT(0, 0.01 * 0.27 / 24.0, 0.0);
-    EXPECT_DOUBLE_EQ(z.m_dTravailB[4], 0.01 * 0.27 / 24.0);
+    EXPECT_DOUBLE_EQ(z.m_dTravailB[TravailB::DT], 0.01 * 0.27 / 24.0);
     EXPECT_EQ(DernieresStatistiquesBilan().pas, 1);
     EXPECT_EQ(z.GetT1(1, 1), 15.0);
 

@@ -32,8 +32,8 @@ CTemperatureGenerale Grille(CTemperatureGenerale::TYPE_CALCUL_TEMPERATURE type, 
         t.m_T1.Add(l);
         t.m_Masque.Add(m);
     }
-    t.m_nTravail[6] = lignes;
-    t.m_nTravail[7] = colonnes;
+    t.m_nTravail[TravailN::NB_LIGNES] = lignes;
+    t.m_nTravail[TravailN::NB_COLONNES] = colonnes;
     t.SetDELX(D);
     t.m_dXOrigine = colonnes * D;
     return t;
