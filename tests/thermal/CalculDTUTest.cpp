@@ -45,6 +45,19 @@ std::string Champ(const CTemperatureGenerale& t)
 const double PAS_1CM = 0.22 * 60 * 2400 * 0.01 * 0.01 * 0.25 / 1.4; // minutes per step
 } // namespace
 
+// The exposed-face coefficient of the first step, worked by hand: t = 0.5657 min,
+// fire rise F = 345 log10(8t + 1) = 256.124, gas rise G = 0.85 F = 217.705, the face
+// still at 0 so k = G/F = 0.85 and r = 273/(G + 273):
+// h = 0.85 * 40 ((G + 273)/1000)^3 (1 + r + r^2 + r^3) + 6 = 14.18761, below 2 lambda/D.
+TEST(CalculDTU, FirstStepCoefficientByHand)
+{
+    CTemperatureGenerale t = Dalle(0.06, 0.20, PAS_1CM / 60.0 / 2.0);
+    t.CalculTemperatureDTU();
+    ASSERT_NEAR(PAS_1CM, t.m_dTravailB[TravailB::DT], 1e-12) << "one step";
+    EXPECT_NEAR(256.124006761864, t.m_dTravailA[TravailA::FEU], 1e-9);
+    EXPECT_NEAR(14.187614659297896, t.m_dTravailA[TravailA::H], 1e-9);
+}
+
 TEST(CalculDTU, SlabHeatedFromBelow)
 {
     CTemperatureGenerale t = Dalle(0.06, 0.20, 2.0);

@@ -130,6 +130,47 @@ TEST(MaillageThermique, RowsAndColumns)
     EXPECT_EQ(27, q.GetNbLignes()) << "a refused set-up leaves the object alone";
 }
 
+// What a rectangle strip cannot show: the derived side on both sides of its ten-cell
+// bound and against a second side it must divide; DTU columns holding nothing of the
+// section; the DTU border column beside a step in the outline.
+TEST(MaillageThermique, DerivedSideEmptyColumnsAndBorderOfAStep)
+{
+    Zones z;
+    CTemperatureGenerale t;
+    CPolygone dix = Contour({{0, 0}, {0.5, 0}, {0.5, 0.5}, {0, 0.5}});
+    EXPECT_DOUBLE_EQ(0.05, Construit(t, dix, CTemperatureGenerale::EC2, 0.0, 1, z)) << "ten cells across";
+    CPolygone neuf = Contour({{0, 0}, {0.45, 0}, {0.45, 0.45}, {0, 0.45}});
+    EXPECT_DOUBLE_EQ(0.025, Construit(t, neuf, CTemperatureGenerale::EC2, 0.0, 1, z)) << "0.05 leaves nine";
+    CPolygone cotes = Contour({{0, 0}, {0.6, 0}, {0.6, 0.33}, {0, 0.33}});
+    EXPECT_DOUBLE_EQ(0.01, Construit(t, cotes, CTemperatureGenerale::EC2, 0.0, 1, z))
+        << "0.025 and 0.02 divide 0.6 but not 0.33";
+
+    // Partial width: 15 probed columns over a 6 cm strip; the 9 to its right (grid
+    // columns 1 to 9) hold nothing of it and stay fire-side gas from top to bottom.
+    CPolygone bande = Contour({{0, 0}, {0.06, 0}, {0.06, 0.10}, {0, 0.10}});
+    t.InitTableDonnees(bande, 1.0, CTemperatureGenerale::DTU, CListePolygone(), 0, z.materiaux, 0, z.humides, 0.01,
+                       1, 0.05, 1.0, 4.0, 0.0, 0.0);
+    ASSERT_EQ(17, t.GetNbColonnes());
+    for (int i = 1; i <= 10; ++i)
+    {
+        EXPECT_EQ(-1.0, t.m_Masque[i][9]) << "row " << i;
+        EXPECT_EQ(11.0, t.m_Masque[i][10]) << "row " << i;
+    }
+
+    // An outline stepped at its right edge: the rightmost cell column stops at 10 cm, so
+    // above it that column is unexposed air, and the border column mirrors it.
+    CPolygone marche = Contour({{0, 0}, {0.06, 0}, {0.06, 0.10}, {0.05, 0.10}, {0.05, 0.20}, {0, 0.20}});
+    Construit(t, marche, CTemperatureGenerale::DTU, 0.01, 1, z);
+    ASSERT_EQ(8, t.GetNbColonnes());
+    for (int i = 1; i <= 20; ++i)
+    {
+        const double attendu = i <= 10 ? -2.0 : 11.0;
+        EXPECT_EQ(attendu, t.m_Masque[i][1]) << "row " << i;
+        EXPECT_EQ(attendu, t.m_Masque[i][0]) << "row " << i;
+        EXPECT_EQ(11.0, t.m_Masque[i][2]) << "row " << i;
+    }
+}
+
 TEST(MaillageThermique, CellCodes)
 {
     // An L-shaped section whose step edge x = 0.055 passes through cell centres.
